@@ -1,0 +1,19 @@
+// The subcommands of `nebtrace`. Each lives in a file of its own and adds itself to the command line.
+#pragma once
+#include <CLI/CLI.hpp>
+
+// A subcommand reports failure by throwing this: one line on standard error, exit code 1.
+struct CommandFailed : std::runtime_error
+{
+    using std::runtime_error::runtime_error;
+};
+
+// A subcommand that ends with an exit code of its own (the traced application's, say) throws this.
+struct ExitWith
+{
+    int code;
+};
+
+void AddRecordCommand(CLI::App& app);
+void AddInfoCommand(CLI::App& app);
+void AddDumpCommand(CLI::App& app);

@@ -1,6 +1,5 @@
 #include "support/string.h"
 #include <cctype>
-#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -19,20 +18,6 @@ int CompareBytes(char const* left, uint32_t leftCount, char const* right, uint32
     if (order != 0 || leftCount == rightCount)
         return order;
     return leftCount < rightCount ? -1 : 1;
-}
-
-// The caller frees the result.
-char* FormatBytes(char const* format, va_list arguments, uint32_t& length)
-{
-    va_list again;
-    va_copy(again, arguments);
-    int const needed = std::vsnprintf(nullptr, 0, format, arguments);
-    length = needed > 0 ? static_cast<uint32_t>(needed) : 0;
-    char* const text = static_cast<char*>(std::calloc(length + 1u, 1));
-    if (length)
-        std::vsnprintf(text, length + 1u, format, again);
-    va_end(again);
-    return text;
 }
 
 }  // namespace
@@ -320,22 +305,31 @@ CNEBTString& CNEBTString::format(char const* format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    uint32_t length = 0;
-    char* const text = FormatBytes(format, arguments, length);
+    assign(NEBTStringFromFormattedArguments(format, arguments));
     va_end(arguments);
-    assign(text, length);
-    std::free(text);
     return *this;
+}
+
+CNEBTString NEBTStringFromFormattedArguments(char const* format, va_list arguments)
+{
+    va_list again;
+    va_copy(again, arguments);
+    int const needed = std::vsnprintf(nullptr, 0, format, arguments);
+    uint32_t const length = needed > 0 ? static_cast<uint32_t>(needed) : 0;
+    char* const text = static_cast<char*>(std::calloc(length + 1u, 1));
+    if (length)
+        std::vsnprintf(text, length + 1u, format, again);
+    va_end(again);
+    CNEBTString result(text, length);
+    std::free(text);
+    return result;
 }
 
 CNEBTString NEBTStringFromFormattedStr(char const* format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    uint32_t length = 0;
-    char* const text = FormatBytes(format, arguments, length);
+    CNEBTString result = NEBTStringFromFormattedArguments(format, arguments);
     va_end(arguments);
-    CNEBTString result(text, length);
-    std::free(text);
     return result;
 }

@@ -1,6 +1,7 @@
 // The string of the whole system: a mutable byte string that is always zero-terminated.
 #pragma once
 #include "support/export.h"
+#include <cstdarg>
 #include <cstdint>
 
 class NEBTRACE_API CNEBTString
@@ -147,6 +148,8 @@ NEBTRACE_API CNEBTString operator+(char left, CNEBTString const& right);
 
 NEBTRACE_API CNEBTString NEBTStringFromFormattedStr(char const* format, ...)
     __attribute__((format(printf, 1, 2)));
+CNEBTString NEBTStringFromFormattedArguments(char const* format, va_list arguments)
+    __attribute__((format(printf, 1, 0)));
 NEBTRACE_API CNEBTString NEBTStringStripWhiteSpaceFromEndOf(CNEBTString const& text);
 NEBTRACE_API CNEBTString NEBTStringStripWhiteSpaceFromStartOf(CNEBTString const& text);
 // What stands behind the last "/"; the whole path when it has none.

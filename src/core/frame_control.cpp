@@ -1,0 +1,128 @@
+// Frame control: which calls are recorded, when the state is captured, and when the file ends.
+#include "core/config.h"
+#include "core/trace_record_manager.h"
+#include "support/log.h"
+#include <cstdlib>
+#include <unistd.h>
+
+namespace
+{
+
+// While this lives, wrapper calls are a snapshot's: recorded, and kept from the host.
+class CSnapshotScope
+{
+public:
+    CSnapshotScope()
+    {
+        STraceConfig::m_bDoNativeCall = false;
+        STraceConfig::m_writingRenderState = true;
+    }
+    ~CSnapshotScope()
+    {
+        STraceConfig::m_bDoNativeCall = true;
+        STraceConfig::m_writingRenderState = false;
+    }
+    CSnapshotScope(CSnapshotScope const&) = delete;
+    CSnapshotScope& operator=(CSnapshotScope const&) = delete;
+};
+
+// Logs a line about the current frame, the first time that the frame is seen at this debug level.
+void LogFrameOnce(int level, char const* format)
+{
+    if (STraceConfig::m_debugInfo < level ||
+        STraceConfig::m_ui32CurrentFrame == STraceConfig::m_ui32LastFrame)
+        return;
+    STraceConfig::m_ui32LastFrame = STraceConfig::m_ui32CurrentFrame;
+    LogMessage(format, STraceConfig::m_ui32CurrentFrame);
+}
+
+void CaptureRenderState()
+{
+    if (STraceConfig::m_debugInfo >= 2)
+        LogMessage("Getting Render State");
+    CTraceRecordManager::saveRenderStatePhase1();
+    if (!STraceConfig::m_optimizationRS)
+    {
+        CSnapshotScope const snapshot;
+        CTraceRecordManager::saveRenderStatePhase2(false, false);
+    }
+    STraceConfig::m_writeRenderState = false;
+    STraceConfig::m_renderStateWritten = true;
+}
+
+void CloseRecording()
+{
+    CSnapshotScope const snapshot;
+    if (STraceConfig::m_debugInfo >= 2)
+        LogMessage("Saving Render State");
+    if (STraceConfig::m_optimizationRS)
+        CTraceRecordManager::saveRenderStatePhase2(STraceConfig::m_renderStateWritten, true);
+    else
+        CTraceRecordManager::WriteFileFooter(0);
+}
+
+void ExitAfterLastFrame()
+{
+    if (STraceConfig::m_debugInfo >= 1)
+        LogMessage("Exit. Last frame has been reached, nebtrace.cfg file ExitOnLastFrame=True");
+    CTraceRecordManager::TraceClose(false);
+    std::exit(1);
+}
+
+}  // namespace
+
+bool STraceConfig::UpdateRenderState()
+{
+    return m_bNetworkControl ? m_bDoNativeCall : m_ui32CurrentFrame < m_ui32StartFrame;
+}
+
+bool STraceConfig::GetSaveStatus()
+{
+    if (!m_recordEnable || m_bPreventSaving)
+        return false;
+    if (!m_bDoNativeCall)
+        return true;  // a snapshot's own call; also keeps frame control from re-entering itself
+    return m_bNetworkControl ? NetworkControl() : OffLineControl();
+}
+
+bool STraceConfig::OffLineControl()
+{
+    if (m_ui32CurrentFrame < m_ui32StartFrame)
+    {
+        LogFrameOnce(2, "Playing... Current Frame: %d");
+        m_writeRenderState = true;
+        return false;
+    }
+    if (m_ui32CurrentFrame <= m_ui32EndFrame)
+    {
+        LogFrameOnce(1, "Recording... Current Frame: %d");
+        if (m_writeRenderState)
+            CaptureRenderState();
+        // On purpose: the progress line has stored the frame already, so this is never logged.
+        if (m_ui32CurrentFrame == m_ui32EndFrame)
+            LogFrameOnce(1, "Recording Last Frame");
+        return true;
+    }
+    if (!m_fileClosed)
+    {
+        if (m_writingRenderState)
+            return true;
+        CloseRecording();
+        m_fileClosed = true;
+    }
+    if (m_exitAfterLastFrame)
+        ExitAfterLastFrame();
+    return false;
+}
+
+void STraceConfig::Wait()
+{
+    constexpr useconds_t kHalfASecond = 500000;
+    usleep(kHalfASecond);
+}
+
+void STraceConfig::Close()
+{
+    if (m_bNetworkControl)
+        m_networkInstance->Close();
+}

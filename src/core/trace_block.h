@@ -1,0 +1,66 @@
+// Scoped builder of one call record.
+#pragma once
+#include "support/export.h"
+#include <cstdint>
+
+// A piece of bulk data inside a record. The bytes belong to the caller and must stay valid until the block's
+// destructor has run.
+struct STraceDataRef
+{
+    uint32_t position;  // totalSize at the moment of the append
+    uint32_t size;      // 0 for a null pointer
+    void const* data;
+};
+
+// A thread's record buffer. Made by the thread's first record and reused: its two arrays only grow.
+struct STraceBlockImpl
+{
+    uint64_t threadId;
+    uint32_t totalSize;  // bytes of the record so far: the 2-byte ID, all values and all data
+    bool bBusy;          // a CTraceBlock of this thread is live
+    STraceDataRef* pDataRefs;
+    uint32_t dataRefCount;
+    uint32_t dataRefCapacity;
+    uint8_t* pValues;  // the record's value bytes, the ID first
+    uint32_t valueSize;
+    uint32_t valueCapacity;
+};
+
+// Holds the trace critical section from constructor to destructor, so that a record's bytes are contiguous in
+// the output. Values are copied, data is referenced; the destructor writes everything.
+class NEBTRACE_API CTraceBlock
+{
+public:
+    explicit CTraceBlock(unsigned short id);
+    ~CTraceBlock();
+    CTraceBlock(CTraceBlock const&) = delete;
+    CTraceBlock& operator=(CTraceBlock const&) = delete;
+
+    // Copies `size` bytes into the record.
+    void AppendValue(unsigned int size, void const* data);
+    // References `size` bytes, which go to the output in place when the block is destroyed. A null pointer
+    // leaves a reference of size 0.
+    void AppendData(unsigned int size, void const* data);
+    // True when this thread already has a live block: this one then holds nothing and writes nothing.
+    bool IsCallRecursive() const { return m_pBlock == nullptr; }
+    // Drops the record and releases the lock.
+    void Cancel();
+
+private:
+    STraceBlockImpl* m_pBlock;
+};
+
+// The calling thread's record buffer, made on first use.
+NEBTRACE_API STraceBlockImpl* GetThreadTraceBlock();
+// Enters the trace critical section. Null when the thread's buffer is in use; the section stays entered.
+NEBTRACE_API STraceBlockImpl* LockThreadTraceBlock();
+NEBTRACE_API void ReleaseThreadTraceBlock(STraceBlockImpl* block);
+// Destructor of the thread key: frees an ending thread's buffer.
+NEBTRACE_API void releaseTraceBlock(void* block);
+NEBTRACE_API uint64_t get_id();
+NEBTRACE_API void TraceEnterCriticalSection();
+NEBTRACE_API void TraceLeaveCriticalSection();
+
+// Used by the load and unload hooks.
+void CreateThreadBlockKey();
+void ReleaseCurrentThreadBlock();

@@ -1,0 +1,205 @@
+#include "core/trace_record_manager.h"
+#include "core/config.h"
+#include "core/init_order.h"
+#include "core/trace_block.h"
+#include "support/log.h"
+#include <unistd.h>
+
+FILE* CTraceRecordManager::m_TraceFile = nullptr;
+// Built ahead of the load hook, so that the name that Initialize stores stays: a second network recording in
+// one process derives its numbered file from it.
+NEBTRACE_INIT_FIRST CNEBTString CTraceRecordManager::m_Filename;
+uint64_t CTraceRecordManager::m_uBytesWritten = 0;
+uint64_t CTraceRecordManager::m_u64LastThreadId = 0;
+int CTraceRecordManager::m_iFileSize = 0;
+CTraceFileInit* CTraceRecordManager::m_FileInit = nullptr;
+bool CTraceRecordManager::m_headerWriting = false;
+int CTraceRecordManager::m_currentFileIndex = 0;
+CEglRenderState* CTraceRecordManager::m_EglFileState = nullptr;
+NEBTRACE_INIT_FIRST CEglRenderState CTraceRecordManager::m_EglFileStateLastGet;
+CEs2ContextState* CTraceRecordManager::m_Es2FileState = nullptr;
+NEBTRACE_INIT_FIRST CEs2ContextState CTraceRecordManager::m_Es2FileStateLastGet;
+CEs1ContextState* CTraceRecordManager::m_Es1FileState = nullptr;
+NEBTRACE_INIT_FIRST CEs1ContextState CTraceRecordManager::m_Es1FileStateLastGet;
+
+namespace
+{
+
+constexpr char kExtension[] = ".nebt";
+
+// True when nothing of a recording goes to a file.
+bool FileIsOff() { return !STraceConfig::m_saveFileToDisk || !STraceConfig::m_recordEnable; }
+
+CNEBTString ExpandProcessId(CNEBTString name)
+{
+    static constexpr char kToken[] = "%pid";
+    constexpr unsigned int kTokenLength = sizeof kToken - 1;
+    CNEBTString const number = NEBTStringFromFormattedStr("%lld", static_cast<long long>(getpid()));
+    for (unsigned int at = name.find(kToken); at != CNEBTString::npos; at = name.find(kToken))
+        name = name.substr(0, at) + number + name.substr(at + kTokenLength);
+    return name;
+}
+
+class CCriticalSection
+{
+public:
+    CCriticalSection() { TraceEnterCriticalSection(); }
+    ~CCriticalSection() { TraceLeaveCriticalSection(); }
+    CCriticalSection(CCriticalSection const&) = delete;
+    CCriticalSection& operator=(CCriticalSection const&) = delete;
+};
+
+template <typename T>
+void CreateIfAbsent(T*& object)
+{
+    if (!object)
+        object = new T;
+}
+
+template <typename T>
+void DeleteAndClear(T*& object)
+{
+    delete object;
+    object = nullptr;
+}
+
+}  // namespace
+
+bool CTraceRecordManager::Initialize()
+{
+    STraceConfig::Instance().Read("nebtrace.cfg");
+    CreateFileStructures();
+    if (FileIsOff())
+        return true;
+    if (TraceOpen(STraceConfig::m_traceOutfilePath))
+        LogMessage("Trace file Open in: %s", m_Filename.c_str());
+    else
+        LogMessage("ERROR: Failed to open record trace file.");
+    if (!STraceConfig::m_bNetworkControl && !WriteFileHeader())
+        LogMessage("ERROR: Failed to open trace file.");
+    return true;
+}
+
+bool CTraceRecordManager::TraceOpen(CNEBTString name)
+{
+    CCriticalSection const section;
+    if (m_TraceFile)
+    {
+        std::fclose(m_TraceFile);
+        m_TraceFile = nullptr;
+    }
+    name = ExpandProcessId(name);
+    LogMessage("Opening trace file to record: %s", name.c_str());
+    m_TraceFile = std::fopen(name.c_str(), "wb");
+    if (!m_TraceFile)
+        return false;
+    m_Filename = name;
+    m_uBytesWritten = 0;
+    return true;
+}
+
+bool CTraceRecordManager::TraceOpenExt(CNEBTString name, bool recordData)
+{
+    if (!TraceOpen(name))
+        return false;
+    STraceConfig::m_bRecordData = recordData;
+    return true;
+}
+
+void CTraceRecordManager::TraceClose(bool full)
+{
+    CCriticalSection const section;
+    if (m_TraceFile)
+    {
+        std::fclose(m_TraceFile);
+        m_TraceFile = nullptr;
+    }
+    if (!full)
+        return;
+    DeleteFileStructures();
+    STraceConfig::Close();
+}
+
+bool CTraceRecordManager::WriteData(void const* data, unsigned int size, unsigned int count)
+{
+    if (STraceConfig::m_sendOverNetwork)
+        CNetworkServer::Instance()->SendData(static_cast<char const*>(data), static_cast<int>(size));
+    if (FileIsOff())
+        return false;
+    if (!m_TraceFile || size == 0)
+    {
+        std::fflush(m_TraceFile);
+        return false;
+    }
+    if (std::fwrite(data, size, count, m_TraceFile) == count)
+    {
+        m_uBytesWritten += size;  // every caller's count is 1
+        std::fflush(m_TraceFile);
+        return true;
+    }
+    std::clearerr(m_TraceFile);
+    LogError("ERROR: Writing to trace file failed. Size attempted: %u\n", size * count);
+    return false;
+}
+
+bool CTraceRecordManager::WriteFileHeader()
+{
+    if (m_FileInit)
+        return m_FileInit->WriteFileHeader();
+    STraceConfig::Instance();
+    return STraceConfig::m_bNetworkControl;
+}
+
+bool CTraceRecordManager::WriteFileFooter(unsigned long long position)
+{
+    if (m_FileInit)
+        m_FileInit->WriteFileFooter({position});
+    return true;
+}
+
+bool CTraceRecordManager::UpdateFileName()
+{
+    if (FileIsOff())
+        return true;
+    if (m_currentFileIndex == 0)
+    {
+        m_currentFileIndex = 1;  // the first recording uses the file that Initialize opened
+        return true;
+    }
+    CNEBTString const unnumbered = m_Filename;
+    unsigned int const extension = unnumbered.find(kExtension);
+    if (extension == CNEBTString::npos)
+        return false;
+    CNEBTString const stem = unnumbered.substr(0, extension);
+    if (!TraceOpen(NEBTStringFromFormattedStr("%s_%d.nebt", stem.c_str(), m_currentFileIndex++)))
+        return false;
+    m_Filename = unnumbered;
+    return true;
+}
+
+bool CTraceRecordManager::IsRecordingData() { return m_FileInit && m_FileInit->m_bRecordData; }
+
+void CTraceRecordManager::CreateFileStructures()
+{
+    CreateIfAbsent(m_FileInit);
+    CreateIfAbsent(m_EglFileState);
+    CreateIfAbsent(m_Es2FileState);
+    CreateIfAbsent(m_Es1FileState);
+}
+
+void CTraceRecordManager::DeleteFileStructures()
+{
+    DeleteAndClear(m_FileInit);
+    DeleteAndClear(m_EglFileState);
+    DeleteAndClear(m_Es2FileState);
+    DeleteAndClear(m_Es1FileState);
+}
+
+void CTraceRecordManager::saveRenderStatePhase1() {}
+
+void CTraceRecordManager::saveRenderStatePhase2(bool bKeepPosition, bool bWriteFooter)
+{
+    uint64_t const position = bKeepPosition ? m_uBytesWritten : 0;
+    if (bWriteFooter)
+        WriteFileFooter(position);
+}

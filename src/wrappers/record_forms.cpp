@@ -1,0 +1,33 @@
+#include "wrappers/record_forms.h"
+
+void AppendU32(CTraceBlock& block, uint32_t value) { block.AppendValue(sizeof value, &value); }
+
+void AppendPointer(CTraceBlock& block, void const* pointer)
+{
+    AppendU32(block, static_cast<uint32_t>(reinterpret_cast<uintptr_t>(pointer)));
+}
+
+void AppendArray(CTraceBlock& block, void const* pointer, uint32_t count, uint32_t elementSize)
+{
+    SArrayR(pointer, count).Append(block, elementSize);
+}
+
+void AppendHandles(CTraceBlock& block, void const* const* handles, uint32_t count)
+{
+    AppendPointer(block, handles);
+    AppendU32(block, count);
+    for (uint32_t i = 0; i < count; ++i)
+        AppendPointer(block, handles[i]);
+}
+
+void AppendText(CTraceBlock& block, char const* text) { block << SStringR{text}; }
+
+// The block reads the texts, not the list of sizes, when it is written out: the list need not outlive this.
+void STextList::Append(CTraceBlock& block, SRecordState) const
+{
+    SStringListR list(argument);
+    list.SetSizes(count, lengths);
+    block << list;
+}
+
+void SAttribList::Append(CTraceBlock& block, SRecordState) const { block << SEglAttribListR(argument); }

@@ -5,7 +5,7 @@
 // the function tables, declare some of these functions with other types (a native display is a pointer there
 // and an integer here), and one C name can't have both.
 #pragma once
-#include <type_traits>
+#include "wrappers/with_zeros.h"
 
 #define NEBTRACE_PLAIN(result, name, parameters)                                                             \
     __attribute__((visibility("default"))) result name parameters __asm__(#name);                            \
@@ -25,36 +25,6 @@ Function HostFunction(Function self, char const* name)
     AnyFunction const found = FindInHost(name);
     return found == reinterpret_cast<AnyFunction>(self) ? nullptr : reinterpret_cast<Function>(found);
 }
-
-// Converts to the zero of whatever type is asked for.
-struct Zero
-{
-    template <class Type>
-    operator Type() const
-    {
-        return Type{};
-    }
-};
-
-// A wrapper that takes more arguments than the API's function: called with the application's arguments and 0
-// for each of the others, which only a snapshot fills in. A config list that is not null would be used as
-// one.
-template <class Wrapper>
-struct WithZeros
-{
-    Wrapper wrapper;
-
-    template <class... Arguments>
-    auto operator()(Arguments... arguments) const
-    {
-        if constexpr (std::is_invocable_v<Wrapper, Arguments...>)
-            return wrapper(arguments...);
-        else
-            return (*this)(arguments..., Zero{});
-    }
-};
-template <class Wrapper>
-WithZeros(Wrapper) -> WithZeros<Wrapper>;
 
 // What a plain function does ahead of its wrapper, by the kind of its table line.
 //

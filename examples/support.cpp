@@ -1,0 +1,219 @@
+#include "support.h"
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <cstdlib>
+#include <png.h>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace examples
+{
+namespace
+{
+long drawCount = 0;
+long swapCount = 0;
+
+struct Options
+{
+    int frames = 60;
+    int width = 640;
+    int height = 480;
+    std::string png;
+    bool counts = false;
+};
+
+[[noreturn]] void Fail(std::string const& what) { throw std::runtime_error(what); }
+
+// Parses "640x480" into the options.
+std::string ReadSize(std::string const& text, Options& options)
+{
+    int width = 0;
+    int height = 0;
+    char rest = 0;
+    bool const whole = std::sscanf(text.c_str(), "%5dx%5d%c", &width, &height, &rest) == 2;
+    if (!whole || width < 1 || height < 1 || width > 8192 || height > 8192)
+        return "a size is WIDTHxHEIGHT, each from 1 to 8192";
+    options.width = width;
+    options.height = height;
+    return {};
+}
+
+// An EGL context that is current on a pbuffer. Needs no window system: where neither a display nor a platform
+// is named, Mesa is asked for the one without a surface of its own.
+class Pbuffer
+{
+public:
+    Pbuffer(int width, int height)
+    {
+        if (!std::getenv("DISPLAY"))
+            setenv("EGL_PLATFORM", "surfaceless", 0);
+        m_display = eglGetDisplay(EGL_DEFAULT_DISPLAY);
+        if (!eglInitialize(m_display, nullptr, nullptr))
+            Fail("no EGL display can be opened");
+        eglBindAPI(EGL_OPENGL_ES_API);
+        EGLConfig const config = ChooseConfig();
+        EGLint const contextAttributes[] = {EGL_CONTEXT_CLIENT_VERSION, 2, EGL_NONE};
+        EGLint const surfaceAttributes[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};
+        m_context = eglCreateContext(m_display, config, EGL_NO_CONTEXT, contextAttributes);
+        m_surface = eglCreatePbufferSurface(m_display, config, surfaceAttributes);
+        if (!eglMakeCurrent(m_display, m_surface, m_surface, m_context))
+            Fail("no OpenGL ES 2 context with a pbuffer can be made");
+    }
+
+    ~Pbuffer()
+    {
+        eglMakeCurrent(m_display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+        eglDestroySurface(m_display, m_surface);
+        eglDestroyContext(m_display, m_context);
+        eglTerminate(m_display);
+    }
+
+    Pbuffer(Pbuffer const&) = delete;
+    Pbuffer& operator=(Pbuffer const&) = delete;
+
+    void Swap()
+    {
+        if (!eglSwapBuffers(m_display, m_surface))
+            Fail("eglSwapBuffers failed");
+        ++swapCount;
+    }
+
+private:
+    // Smooth edges where the driver has them for pbuffers, plain ones elsewhere.
+    EGLConfig ChooseConfig() const
+    {
+        for (EGLint const samples : {4, 0})
+        {
+            EGLint const attributes[] = {EGL_SURFACE_TYPE,
+                                         EGL_PBUFFER_BIT,
+                                         EGL_RENDERABLE_TYPE,
+                                         EGL_OPENGL_ES2_BIT,
+                                         EGL_RED_SIZE,
+                                         8,
+                                         EGL_GREEN_SIZE,
+                                         8,
+                                         EGL_BLUE_SIZE,
+                                         8,
+                                         EGL_ALPHA_SIZE,
+                                         8,
+                                         EGL_DEPTH_SIZE,
+                                         16,
+                                         EGL_SAMPLES,
+                                         samples,
+                                         EGL_NONE};
+            EGLConfig config = nullptr;
+            EGLint count = 0;
+            if (eglChooseConfig(m_display, attributes, &config, 1, &count) && count == 1)
+                return config;
+        }
+        Fail("EGL has no configuration for OpenGL ES 2 on a pbuffer");
+    }
+
+    EGLDisplay m_display = EGL_NO_DISPLAY;
+    EGLContext m_context = EGL_NO_CONTEXT;
+    EGLSurface m_surface = EGL_NO_SURFACE;
+};
+
+void WritePng(Options const& options)
+{
+    auto const width = static_cast<std::size_t>(options.width);
+    auto const height = static_cast<std::size_t>(options.height);
+    std::vector<unsigned char> pixels(width * height * 4);
+    glReadPixels(0, 0, options.width, options.height, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    image.width = static_cast<png_uint_32>(width);
+    image.height = static_cast<png_uint_32>(height);
+    image.format = PNG_FORMAT_RGBA;
+    // GL's first row is the lowest, PNG's the highest: a negative stride turns the picture over.
+    int const stride = -static_cast<int>(width * 4);
+    if (!png_image_write_to_file(&image, options.png.c_str(), 0, pixels.data(), stride, nullptr))
+        Fail("cannot write " + options.png + ": " + image.message);
+}
+
+void DrawAll(Options const& options, Scene& scene)
+{
+    Pbuffer pbuffer(options.width, options.height);
+    scene.Setup(options.width, options.height);
+    for (int frame = 0; frame < options.frames; ++frame)
+    {
+        scene.DrawFrame(frame);
+        if (frame == options.frames - 1 && !options.png.empty())
+            WritePng(options);
+        pbuffer.Swap();
+    }
+}
+
+GLuint CompileShader(GLenum type, char const* source)
+{
+    GLuint const shader = glCreateShader(type);
+    glShaderSource(shader, 1, &source, nullptr);
+    glCompileShader(shader);
+    GLint compiled = GL_FALSE;
+    glGetShaderiv(shader, GL_COMPILE_STATUS, &compiled);
+    if (compiled)
+        return shader;
+    char log[1000] = "";
+    glGetShaderInfoLog(shader, sizeof log, nullptr, log);
+    Fail(std::string("a shader does not compile: ") + log);
+}
+}  // namespace
+
+GLuint BuildProgram(char const* vertexSource, char const* fragmentSource)
+{
+    GLuint const vertexShader = CompileShader(GL_VERTEX_SHADER, vertexSource);
+    GLuint const fragmentShader = CompileShader(GL_FRAGMENT_SHADER, fragmentSource);
+    GLuint const program = glCreateProgram();
+    glAttachShader(program, vertexShader);
+    glAttachShader(program, fragmentShader);
+    glLinkProgram(program);
+    glDeleteShader(vertexShader);
+    glDeleteShader(fragmentShader);
+    GLint linked = GL_FALSE;
+    glGetProgramiv(program, GL_LINK_STATUS, &linked);
+    if (linked)
+        return program;
+    char log[1000] = "";
+    glGetProgramInfoLog(program, sizeof log, nullptr, log);
+    Fail(std::string("a program does not link: ") + log);
+}
+
+void DrawArrays(GLenum mode, GLint first, GLsizei count)
+{
+    glDrawArrays(mode, first, count);
+    ++drawCount;
+}
+
+void DrawElements(GLenum mode, GLsizei count, GLenum type, void const* indices)
+{
+    glDrawElements(mode, count, type, indices);
+    ++drawCount;
+}
+
+int Run(int argc, char** argv, char const* about, Scene& scene)
+{
+    Options options;
+    std::string size;
+    CLI::App app{about};
+    app.add_option("--frames", options.frames, "How many frames to draw")->check(CLI::Range(1, 1000000));
+    app.add_option("--size", size, "Size of the picture, WxH")->check([&options](std::string const& text) {
+        return ReadSize(text, options);
+    });
+    app.add_option("--png", options.png, "Write the last frame to this file");
+    app.add_flag("--counts", options.counts, "Print how many draw calls and swaps were made");
+    CLI11_PARSE(app, argc, argv);
+    try
+    {
+        DrawAll(options, scene);
+    } catch (std::exception const& error)
+    {
+        std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
+        return 1;
+    }
+    if (options.counts)
+        std::printf("draws %ld swaps %ld\n", drawCount, swapCount);
+    return 0;
+}
+}  // namespace examples

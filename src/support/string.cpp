@@ -314,7 +314,7 @@ CNEBTString NEBTStringFromFormattedArguments(char const* format, va_list argumen
 {
     va_list again;
     va_copy(again, arguments);
-    int const needed = std::vsnprintf(nullptr, 0, format, arguments);
+    int const needed = format ? std::vsnprintf(nullptr, 0, format, arguments) : 0;
     uint32_t const length = needed > 0 ? static_cast<uint32_t>(needed) : 0;
     char* const text = static_cast<char*>(std::calloc(length + 1u, 1));
     if (length)

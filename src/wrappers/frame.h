@@ -75,6 +75,8 @@ public:
 
     // The output gate is Succeeded(): a missing extension leaves it shut although bCallHost is set.
     SRecordState RecordState() const { return {m_config.bRecordData, Succeeded()}; }
+    // The record of this call holds what the host stored; second questions are asked only then.
+    bool RecordsOutput() const { return IsRecording() && RecordsData() && Succeeded(); }
     // Error word, and the API byte of a GL extension.
     void AppendHead(CTraceBlock& block) const;
 
@@ -212,9 +214,8 @@ public:
         if (!IsRecording())
             return;
         CTraceBlock block(m_call.id);
-        SRecordState const state = RecordState();
         AppendHeadAndResult(block);
-        (AppendField(block, fields, state), ...);
+        AppendFields(block, RecordState(), fields...);
     }
 
     R Result() const { return m_result.Get(); }

@@ -1,4 +1,5 @@
 #include "wrappers/record_forms.h"
+#include <cstring>
 
 void AppendU32(CTraceBlock& block, uint32_t value) { block.AppendValue(sizeof value, &value); }
 
@@ -31,3 +32,10 @@ void STextList::Append(CTraceBlock& block, SRecordState) const
 }
 
 void SAttribList::Append(CTraceBlock& block, SRecordState) const { block << SEglAttribListR(argument); }
+
+unsigned int LabelSize(GLchar const* label, GLsizei length)
+{
+    if (!label)
+        return 0;
+    return length >= 0 ? static_cast<unsigned int>(length) : static_cast<unsigned int>(std::strlen(label));
+}

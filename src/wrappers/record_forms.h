@@ -40,6 +40,25 @@ void AppendElements(CTraceBlock& block, T* pointer, uint32_t count)
         AppendArray(block, pointer, count, sizeof(T));
 }
 
+// Vectors or matrices of a fixed number of 4-byte components; the count is of vectors.
+template <typename T>
+struct SInVectors
+{
+    T* argument;
+    uint32_t count;
+    uint32_t components;
+
+    void Append(CTraceBlock& block, SRecordState) const
+    {
+        AppendArray(block, argument, count, components * static_cast<uint32_t>(sizeof(T)));
+    }
+};
+template <typename T>
+SInVectors<T> InVectors(T* pointer, GLsizei count, uint32_t components)
+{
+    return {pointer, CountOf(count), components};
+}
+
 // Elements that the caller filled, or that glGen* made: recorded whatever the host said.
 template <typename T>
 struct SInArray
@@ -60,6 +79,24 @@ SInArray<T> InArray(T* pointer, unsigned int count)
     return {pointer, count};
 }
 
+// As many elements as the first word behind `number` says.
+template <typename T>
+struct SInArrayBehind
+{
+    T* argument;
+    GLsizei const* number;
+
+    void Append(CTraceBlock& block, SRecordState) const
+    {
+        AppendElements(block, argument, number ? CountOf(*number) : 0);
+    }
+};
+template <typename T>
+SInArrayBehind<T> InArrayBehind(T* pointer, GLsizei const* number)
+{
+    return {pointer, number};
+}
+
 // Elements that the host fills: none unless the output gate is open.
 template <typename T>
 struct SOutArray
@@ -78,8 +115,8 @@ SOutArray<T> OutArray(T* pointer, uint32_t count)
     return {pointer, count};
 }
 
-// Elements that the host fills, as many as it stored behind `number`, at most `limit`: the value there is
-// the host's only when the gate is open.
+// Elements that the host fills, as many as it stored behind `number`: the value
+// there is the host's only when the gate is open.
 template <typename T>
 struct SOutArrayBehind
 {
@@ -156,6 +193,21 @@ SBytes<T> Bytes(T* pointer, GLsizei size)
 {
     return {pointer, CountOf(size)};
 }
+template <typename T>
+SBytes<T> Bytes(T* pointer, unsigned int size)
+{
+    return {pointer, size};
+}
+
+// A buffer's size as the application gave it: nothing can be read for a negative one, nor can a record hold
+// what 32 bits do not count.
+inline unsigned int ByteCount(GLsizeiptr size)
+{
+    return size > 0 && static_cast<uint64_t>(size) <= UINT32_MAX ? static_cast<unsigned int>(size) : 0;
+}
+
+// A label's bytes: the call's length, or up to the terminator where that is negative.
+unsigned int LabelSize(GLchar const* label, GLsizei length);
 
 // A terminated text, the caller's or the host's; not gated. Whatever length the call passed, strlen decides.
 template <typename T>
@@ -256,7 +308,7 @@ void AppendPlain(CTraceBlock& block, T const& value)
 }
 
 template <typename T>
-void AppendField(CTraceBlock& block, T const& field, SRecordState state)
+void AppendField(CTraceBlock& block, T const& field, [[maybe_unused]] SRecordState state)
 {
     if constexpr (!kIsForm<T>)
         AppendPlain(block, field);
@@ -266,4 +318,10 @@ void AppendField(CTraceBlock& block, T const& field, SRecordState state)
         field.Append(block, state);
     else
         AppendPlain(block, field.argument);
+}
+
+template <typename... Fields>
+void AppendFields(CTraceBlock& block, [[maybe_unused]] SRecordState state, Fields const&... fields)
+{
+    (AppendField(block, fields, state), ...);
 }

@@ -1,0 +1,128 @@
+// GLES1 wrappers: framebuffers, renderbuffers and pixels read back.
+#include "wrappers/calls.h"
+#include "wrappers/host_queries.h"
+#include "wrappers/sizing.h"
+
+namespace Es1
+{
+
+void _glReadPixels(GLint x, GLint y, GLsizei width, GLsizei height, GLenum format, GLenum type, void* pixels)
+{
+    CFrame frame(Calls::glReadPixels, x, y, width, height, format, type, pixels);
+    frame.CallHost();
+    // On purpose: a pack operation measured with the unpack alignment, here and in its kin.
+    GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
+    frame.Record(x, y, width, height, format, type,
+                 Bytes(pixels, GlImage2DSize(format, type, width, height, alignment, 0)), alignment);
+}
+
+void _glDiscardFramebufferEXT(GLenum target, GLsizei numAttachments, const GLenum* attachments)
+{
+    Trace(Calls::glDiscardFramebufferEXT, target, numAttachments, InArray(attachments, numAttachments));
+}
+
+GLboolean _glIsRenderbufferOES(GLuint renderbuffer)
+{
+    return Trace(Calls::glIsRenderbufferOES, renderbuffer);
+}
+
+void _glBindRenderbufferOES(GLenum target, GLuint renderbuffer)
+{
+    Trace(Calls::glBindRenderbufferOES, target, renderbuffer);
+}
+
+void _glDeleteRenderbuffersOES(GLsizei n, const GLuint* renderbuffers)
+{
+    Trace(Calls::glDeleteRenderbuffersOES, n, InArray(renderbuffers, n));
+}
+
+void _glGenRenderbuffersOES(GLsizei n, GLuint* renderbuffers)
+{
+    Trace(Calls::glGenRenderbuffersOES, n, InArray(renderbuffers, n));
+}
+
+void _glRenderbufferStorageOES(GLenum target, GLenum internalformat, GLsizei width, GLsizei height)
+{
+    Trace(Calls::glRenderbufferStorageOES, target, internalformat, width, height);
+}
+
+void _glGetRenderbufferParameterivOES(GLenum target, GLenum pname, GLint* params)
+{
+    Trace(Calls::glGetRenderbufferParameterivOES, target, pname, OutArray(params, 1));
+}
+
+GLboolean _glIsFramebufferOES(GLuint framebuffer) { return Trace(Calls::glIsFramebufferOES, framebuffer); }
+
+void _glBindFramebufferOES(GLenum target, GLuint framebuffer)
+{
+    Trace(Calls::glBindFramebufferOES, target, framebuffer);
+}
+
+void _glDeleteFramebuffersOES(GLsizei n, const GLuint* framebuffers)
+{
+    Trace(Calls::glDeleteFramebuffersOES, n, InArray(framebuffers, n));
+}
+
+void _glGenFramebuffersOES(GLsizei n, GLuint* framebuffers)
+{
+    Trace(Calls::glGenFramebuffersOES, n, InArray(framebuffers, n));
+}
+
+GLenum _glCheckFramebufferStatusOES(GLenum target)
+{
+    return Trace(Calls::glCheckFramebufferStatusOES, target);
+}
+
+void _glFramebufferRenderbufferOES(GLenum target, GLenum attachment, GLenum renderbuffertarget,
+                                   GLuint renderbuffer)
+{
+    Trace(Calls::glFramebufferRenderbufferOES, target, attachment, renderbuffertarget, renderbuffer);
+}
+
+void _glGetFramebufferAttachmentParameterivOES(GLenum target, GLenum attachment, GLenum pname, GLint* params)
+{
+    Trace(Calls::glGetFramebufferAttachmentParameterivOES, target, attachment, pname, OutArray(params, 1));
+}
+
+void _glEGLImageTargetRenderbufferStorageOES(GLenum target, GLeglImageOES image)
+{
+    Trace(Calls::glEGLImageTargetRenderbufferStorageOES, target, image);
+}
+
+void _glRenderbufferStorageMultisampleAPPLE(GLenum target, GLsizei samples, GLenum internalformat,
+                                            GLsizei width, GLsizei height)
+{
+    Trace(Calls::glRenderbufferStorageMultisampleAPPLE, target, samples, internalformat, width, height);
+}
+
+void _glResolveMultisampleFramebufferAPPLE() { Trace(Calls::glResolveMultisampleFramebufferAPPLE); }
+
+void _glRenderbufferStorageMultisampleEXT(GLenum target, GLsizei samples, GLenum internalformat,
+                                          GLsizei width, GLsizei height)
+{
+    Trace(Calls::glRenderbufferStorageMultisampleEXT, target, samples, internalformat, width, height);
+}
+
+void _glReadnPixelsEXT(GLint x, GLint y, GLsizei width, GLsizei height, GLenum format, GLenum type,
+                       GLsizei bufSize, void* data)
+{
+    CFrame frame(Calls::glReadnPixelsEXT, x, y, width, height, format, type, bufSize, data);
+    frame.CallHost();
+    if (!frame.IsRecording())
+        return;
+    // On purpose: the one extension record without an API byte; it leaves bufSize out, and an error gives it
+    // its short form.
+    CTraceBlock block(Calls::glReadnPixelsEXT.id);
+    GLint const alignment = HostInteger(GL_UNPACK_ALIGNMENT);
+    AppendU32(block, error);
+    AppendFields(block, {frame.RecordsData() && error == GL_NO_ERROR, false}, x, y, width, height, format,
+                 type, Bytes(data, GlImage2DSize(format, type, width, height, alignment, 0)), alignment);
+}
+
+void _glRenderbufferStorageMultisampleNBX(GLenum target, GLsizei samples, GLenum internalformat,
+                                          GLsizei width, GLsizei height)
+{
+    Trace(Calls::glRenderbufferStorageMultisampleNBX, target, samples, internalformat, width, height);
+}
+
+}  // namespace Es1

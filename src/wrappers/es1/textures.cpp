@@ -1,0 +1,213 @@
+// GLES1 wrappers: textures.
+#include "wrappers/calls.h"
+#include "wrappers/host_queries.h"
+#include "wrappers/sizing.h"
+
+namespace Es1
+{
+
+void _glActiveTexture(GLenum texture) { Trace(Calls::glActiveTexture, texture); }
+
+void _glBindTexture(GLenum target, GLuint texture) { Trace(Calls::glBindTexture, target, texture); }
+
+void _glCompressedTexImage2D(GLenum target, GLint level, GLenum internalformat, GLsizei width, GLsizei height,
+                             GLint border, GLsizei imageSize, const void* data)
+{
+    Trace(Calls::glCompressedTexImage2D, target, level, internalformat, width, height, border, imageSize,
+          Bytes(data, imageSize));
+}
+
+void _glCompressedTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLsizei width,
+                                GLsizei height, GLenum format, GLsizei imageSize, const void* data)
+{
+    Trace(Calls::glCompressedTexSubImage2D, target, level, xoffset, yoffset, width, height, format, imageSize,
+          Bytes(data, imageSize));
+}
+
+void _glCopyTexImage2D(GLenum target, GLint level, GLenum internalformat, GLint x, GLint y, GLsizei width,
+                       GLsizei height, GLint border)
+{
+    Trace(Calls::glCopyTexImage2D, target, level, internalformat, x, y, width, height, border);
+}
+
+void _glCopyTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLint x, GLint y,
+                          GLsizei width, GLsizei height)
+{
+    Trace(Calls::glCopyTexSubImage2D, target, level, xoffset, yoffset, x, y, width, height);
+}
+
+void _glDeleteTextures(GLsizei n, const GLuint* textures)
+{
+    Trace(Calls::glDeleteTextures, n, InArray(textures, n));
+}
+
+void _glGenTextures(GLsizei n, GLuint* textures) { Trace(Calls::glGenTextures, n, InArray(textures, n)); }
+
+void _glGetTexParameterfv(GLenum target, GLenum pname, GLfloat* params)
+{
+    Trace(Calls::glGetTexParameterfv, target, pname, OutArray(params, GlTexEnvParamSize(pname)));
+}
+
+void _glGetTexParameteriv(GLenum target, GLenum pname, GLint* params)
+{
+    Trace(Calls::glGetTexParameteriv, target, pname, OutArray(params, GlTexParamSize(pname)));
+}
+
+void _glGetTexParameterxv(GLenum target, GLenum pname, GLfixed* params)
+{
+    Trace(Calls::glGetTexParameterxv, target, pname, OutArray(params, GlTexParamSize(pname)));
+}
+
+GLboolean _glIsTexture(GLuint texture) { return Trace(Calls::glIsTexture, texture); }
+
+void _glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei width, GLsizei height,
+                   GLint border, GLenum format, GLenum type, const void* pixels)
+{
+    CFrame frame(Calls::glTexImage2D, target, level, internalformat, width, height, border, format, type,
+                 pixels);
+    frame.CallHost();
+    GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
+    frame.Record(target, level, internalformat, width, height, border, format, type,
+                 Bytes(pixels, GlImage2DSize(format, type, width, height, alignment, border)), alignment);
+}
+
+void _glTexParameterf(GLenum target, GLenum pname, GLfloat param)
+{
+    Trace(Calls::glTexParameterf, target, pname, param);
+}
+
+void _glTexParameterfv(GLenum target, GLenum pname, const GLfloat* params)
+{
+    Trace(Calls::glTexParameterfv, target, pname, InArray(params, GlTexParamSize(pname)));
+}
+
+void _glTexParameteri(GLenum target, GLenum pname, GLint param)
+{
+    Trace(Calls::glTexParameteri, target, pname, param);
+}
+
+void _glTexParameteriv(GLenum target, GLenum pname, const GLint* params)
+{
+    Trace(Calls::glTexParameteriv, target, pname, InArray(params, GlTexParamSize(pname)));
+}
+
+void _glTexParameterx(GLenum target, GLenum pname, GLfixed param)
+{
+    Trace(Calls::glTexParameterx, target, pname, param);
+}
+
+void _glTexParameterxv(GLenum target, GLenum pname, const GLfixed* params)
+{
+    Trace(Calls::glTexParameterxv, target, pname, InArray(params, GlTexParamSize(pname)));
+}
+
+void _glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLsizei width, GLsizei height,
+                      GLenum format, GLenum type, const void* pixels)
+{
+    CFrame frame(Calls::glTexSubImage2D, target, level, xoffset, yoffset, width, height, format, type,
+                 pixels);
+    frame.CallHost();
+    GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
+    frame.Record(target, level, xoffset, yoffset, width, height, format, type,
+                 Bytes(pixels, GlImage2DSize(format, type, width, height, alignment, 0)), alignment);
+}
+
+void _glFramebufferTexture2DOES(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
+                                GLint level)
+{
+    Trace(Calls::glFramebufferTexture2DOES, target, attachment, textarget, texture, level);
+}
+
+void _glGenerateMipmapOES(GLenum target) { Trace(Calls::glGenerateMipmapOES, target); }
+
+void _glEGLImageTargetTexture2DOES(GLenum target, GLeglImageOES image)
+{
+    Trace(Calls::glEGLImageTargetTexture2DOES, target, image);
+}
+
+void _glGetTexParameterxvOES(GLenum target, GLenum pname, GLfixed* params)
+{
+    Trace(Calls::glGetTexParameterxvOES, target, pname, OutArray(params, GlTexParamSize(pname)));
+}
+
+void _glTexParameterxOES(GLenum target, GLenum pname, GLfixed param)
+{
+    Trace(Calls::glTexParameterxOES, target, pname, param);
+}
+
+void _glTexParameterxvOES(GLenum target, GLenum pname, const GLfixed* params)
+{
+    Trace(Calls::glTexParameterxvOES, target, pname, InArray(params, GlTexParamSize(pname)));
+}
+
+void _glCopyTextureLevelsAPPLE(GLuint destinationTexture, GLuint sourceTexture, GLint sourceBaseLevel,
+                               GLsizei sourceLevelCount)
+{
+    Trace(Calls::glCopyTextureLevelsAPPLE, destinationTexture, sourceTexture, sourceBaseLevel,
+          sourceLevelCount);
+}
+
+void _glFramebufferTexture2DMultisampleEXT(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
+                                           GLint level, GLsizei samples)
+{
+    Trace(Calls::glFramebufferTexture2DMultisampleEXT, target, attachment, textarget, texture, level,
+          samples);
+}
+
+void _glTexStorage1DEXT(GLenum target, GLsizei levels, GLenum internalformat, GLsizei width)
+{
+    Trace(Calls::glTexStorage1DEXT, target, levels, internalformat, width);
+}
+
+void _glTexStorage2DEXT(GLenum target, GLsizei levels, GLenum internalformat, GLsizei width, GLsizei height)
+{
+    Trace(Calls::glTexStorage2DEXT, target, levels, internalformat, width, height);
+}
+
+void _glTexStorage3DEXT(GLenum target, GLsizei levels, GLenum internalformat, GLsizei width, GLsizei height,
+                        GLsizei depth)
+{
+    Trace(Calls::glTexStorage3DEXT, target, levels, internalformat, width, height, depth);
+}
+
+void _glTextureStorage1DEXT(GLuint texture, GLenum target, GLsizei levels, GLenum internalformat,
+                            GLsizei width)
+{
+    Trace(Calls::glTextureStorage1DEXT, texture, target, levels, internalformat, width);
+}
+
+void _glTextureStorage2DEXT(GLuint texture, GLenum target, GLsizei levels, GLenum internalformat,
+                            GLsizei width, GLsizei height)
+{
+    Trace(Calls::glTextureStorage2DEXT, texture, target, levels, internalformat, width, height);
+}
+
+void _glTextureStorage3DEXT(GLuint texture, GLenum target, GLsizei levels, GLenum internalformat,
+                            GLsizei width, GLsizei height, GLsizei depth)
+{
+    Trace(Calls::glTextureStorage3DEXT, texture, target, levels, internalformat, width, height, depth);
+}
+
+void _glTexBindStreamNBX(GLint device, GLint deviceoffset)
+{
+    Trace(Calls::glTexBindStreamNBX, device, deviceoffset);
+}
+
+void _glGetTexStreamDeviceAttributeivNBX(GLint device, GLenum pname, GLint* params)
+{
+    Trace(Calls::glGetTexStreamDeviceAttributeivNBX, device, pname, OutArray(params, 1));
+}
+
+const GLubyte* _glGetTexStreamDeviceNameNBX(GLint device)
+{
+    return Trace(Calls::glGetTexStreamDeviceNameNBX, device);
+}
+
+void _glFramebufferTexture2DMultisampleNBX(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
+                                           GLint level, GLsizei samples)
+{
+    Trace(Calls::glFramebufferTexture2DMultisampleNBX, target, attachment, textarget, texture, level,
+          samples);
+}
+
+}  // namespace Es1

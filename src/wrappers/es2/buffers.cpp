@@ -1,0 +1,64 @@
+// GLES2 wrappers: buffers.
+#include "support/log.h"
+#include "wrappers/calls.h"
+#include "wrappers/mapped_copy.h"
+
+namespace Es2
+{
+
+void _glBindBuffer(GLenum target, GLuint buffer) { Trace(Calls::glBindBuffer, target, buffer); }
+
+void _glBufferData(GLenum target, GLsizeiptr size, const void* data, GLenum usage)
+{
+    Trace(Calls::glBufferData, target, size, Bytes(data, ByteCount(size)), usage);
+}
+
+void _glBufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, const void* data)
+{
+    Trace(Calls::glBufferSubData, target, offset, size, Bytes(data, ByteCount(size)));
+}
+
+void _glDeleteBuffers(GLsizei n, const GLuint* buffers)
+{
+    Trace(Calls::glDeleteBuffers, n, InArray(buffers, n));
+}
+
+void _glGenBuffers(GLsizei n, GLuint* buffers) { Trace(Calls::glGenBuffers, n, InArray(buffers, n)); }
+
+void _glGetBufferParameteriv(GLenum target, GLenum pname, GLint* params)
+{
+    Trace(Calls::glGetBufferParameteriv, target, pname, OutArray(params, 1));
+}
+
+GLboolean _glIsBuffer(GLuint buffer) { return Trace(Calls::glIsBuffer, buffer); }
+
+void* _glMapBufferOES(GLenum target, GLenum access) { return Trace(Calls::glMapBufferOES, target, access); }
+
+GLboolean _glUnmapBufferOES(GLenum target)
+{
+    CFrame frame(Calls::glUnmapBufferOES, target);
+    // The host call ends the mapping: what lies behind it is copied ahead.
+    CMappedCopy copy;
+    if (frame.IsRecording() && frame.MayCallHost() && copy.Take(*Es2Host(), target))
+        LogMessage("Size UnMapBuffer: %d", static_cast<int>(copy.Size()));
+    frame.CallHost();
+    frame.Record(target, Always(Bytes(copy.Data(), copy.Size())));
+    return frame.Result();
+}
+
+void _glGetBufferPointervOES(GLenum target, GLenum pname, void** params)
+{
+    Trace(Calls::glGetBufferPointervOES, target, pname, OutLowByte(params));
+}
+
+void* _glMapBufferRangeEXT(GLenum target, GLintptr offset, GLsizeiptr length, GLbitfield access)
+{
+    return Trace(Calls::glMapBufferRangeEXT, target, offset, length, access);
+}
+
+void _glFlushMappedBufferRangeEXT(GLenum target, GLintptr offset, GLsizeiptr length)
+{
+    Trace(Calls::glFlushMappedBufferRangeEXT, target, offset, length);
+}
+
+}  // namespace Es2

@@ -1,0 +1,130 @@
+// GLES2 wrappers: framebuffers, renderbuffers and pixels read back.
+#include "wrappers/calls.h"
+#include "wrappers/host_queries.h"
+#include "wrappers/sizing.h"
+
+namespace Es2
+{
+
+void _glBindFramebuffer(GLenum target, GLuint framebuffer)
+{
+    Trace(Calls::glBindFramebuffer, target, framebuffer);
+}
+
+void _glBindRenderbuffer(GLenum target, GLuint renderbuffer)
+{
+    Trace(Calls::glBindRenderbuffer, target, renderbuffer);
+}
+
+GLenum _glCheckFramebufferStatus(GLenum target) { return Trace(Calls::glCheckFramebufferStatus, target); }
+
+void _glDeleteFramebuffers(GLsizei n, const GLuint* framebuffers)
+{
+    Trace(Calls::glDeleteFramebuffers, n, InArray(framebuffers, n));
+}
+
+void _glDeleteRenderbuffers(GLsizei n, const GLuint* renderbuffers)
+{
+    Trace(Calls::glDeleteRenderbuffers, n, InArray(renderbuffers, n));
+}
+
+void _glFramebufferRenderbuffer(GLenum target, GLenum attachment, GLenum renderbuffertarget,
+                                GLuint renderbuffer)
+{
+    Trace(Calls::glFramebufferRenderbuffer, target, attachment, renderbuffertarget, renderbuffer);
+}
+
+void _glGenFramebuffers(GLsizei n, GLuint* framebuffers)
+{
+    Trace(Calls::glGenFramebuffers, n, InArray(framebuffers, n));
+}
+
+void _glGenRenderbuffers(GLsizei n, GLuint* renderbuffers)
+{
+    Trace(Calls::glGenRenderbuffers, n, InArray(renderbuffers, n));
+}
+
+void _glGetFramebufferAttachmentParameteriv(GLenum target, GLenum attachment, GLenum pname, GLint* params)
+{
+    Trace(Calls::glGetFramebufferAttachmentParameteriv, target, attachment, pname, OutArray(params, 1));
+}
+
+void _glGetRenderbufferParameteriv(GLenum target, GLenum pname, GLint* params)
+{
+    Trace(Calls::glGetRenderbufferParameteriv, target, pname, OutArray(params, 1));
+}
+
+GLboolean _glIsFramebuffer(GLuint framebuffer) { return Trace(Calls::glIsFramebuffer, framebuffer); }
+
+GLboolean _glIsRenderbuffer(GLuint renderbuffer) { return Trace(Calls::glIsRenderbuffer, renderbuffer); }
+
+void _glReadPixels(GLint x, GLint y, GLsizei width, GLsizei height, GLenum format, GLenum type, void* pixels)
+{
+    CFrame frame(Calls::glReadPixels, x, y, width, height, format, type, pixels);
+    frame.CallHost();
+    // On purpose: a pack operation measured with the unpack alignment, here and in its kin.
+    GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
+    frame.Record(x, y, width, height, format, type,
+                 Bytes(pixels, GlImage2DSize(format, type, width, height, alignment, 0)), alignment);
+}
+
+void _glRenderbufferStorage(GLenum target, GLenum internalformat, GLsizei width, GLsizei height)
+{
+    Trace(Calls::glRenderbufferStorage, target, internalformat, width, height);
+}
+
+void _glRenderbufferStorageMultisampleNBX(GLenum target, GLsizei samples, GLenum internalformat,
+                                          GLsizei width, GLsizei height)
+{
+    Trace(Calls::glRenderbufferStorageMultisampleNBX, target, samples, internalformat, width, height);
+}
+
+void _glDiscardFramebufferEXT(GLenum target, GLsizei numAttachments, const GLenum* attachments)
+{
+    Trace(Calls::glDiscardFramebufferEXT, target, numAttachments, InArray(attachments, numAttachments));
+}
+
+void _glEGLImageTargetRenderbufferStorageOES(GLenum target, GLeglImageOES image)
+{
+    Trace(Calls::glEGLImageTargetRenderbufferStorageOES, target, image);
+}
+
+void _glBlitFramebufferANGLE(GLint srcX0, GLint srcY0, GLint srcX1, GLint srcY1, GLint dstX0, GLint dstY0,
+                             GLint dstX1, GLint dstY1, GLbitfield mask, GLenum filter)
+{
+    Trace(Calls::glBlitFramebufferANGLE, srcX0, srcY0, srcX1, srcY1, dstX0, dstY0, dstX1, dstY1, mask,
+          filter);
+}
+
+void _glRenderbufferStorageMultisampleANGLE(GLenum target, GLsizei samples, GLenum internalformat,
+                                            GLsizei width, GLsizei height)
+{
+    Trace(Calls::glRenderbufferStorageMultisampleANGLE, target, samples, internalformat, width, height);
+}
+
+void _glRenderbufferStorageMultisampleAPPLE(GLenum target, GLsizei samples, GLenum internalformat,
+                                            GLsizei width, GLsizei height)
+{
+    Trace(Calls::glRenderbufferStorageMultisampleAPPLE, target, samples, internalformat, width, height);
+}
+
+void _glResolveMultisampleFramebufferAPPLE() { Trace(Calls::glResolveMultisampleFramebufferAPPLE); }
+
+void _glRenderbufferStorageMultisampleEXT(GLenum target, GLsizei samples, GLenum internalformat,
+                                          GLsizei width, GLsizei height)
+{
+    Trace(Calls::glRenderbufferStorageMultisampleEXT, target, samples, internalformat, width, height);
+}
+
+void _glReadnPixelsEXT(GLint x, GLint y, GLsizei width, GLsizei height, GLenum format, GLenum type,
+                       GLsizei bufSize, void* data)
+{
+    CFrame frame(Calls::glReadnPixelsEXT, x, y, width, height, format, type, bufSize, data);
+    frame.CallHost();
+    GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
+    // On purpose: bufSize does not bound the size.
+    frame.Record(x, y, width, height, format, type, bufSize,
+                 Bytes(data, GlImage2DSize(format, type, width, height, alignment, 0)), alignment);
+}
+
+}  // namespace Es2

@@ -1,0 +1,145 @@
+// GLES2 wrappers: shaders and programs.
+#include "wrappers/calls.h"
+#include "wrappers/substitute.h"
+
+namespace Es2
+{
+
+void _glAttachShader(GLuint program, GLuint shader) { Trace(Calls::glAttachShader, program, shader); }
+
+void _glBindAttribLocation(GLuint program, GLuint index, const GLchar* name)
+{
+    Trace(Calls::glBindAttribLocation, program, index, Text(name));
+}
+
+void _glCompileShader(GLuint shader) { Trace(Calls::glCompileShader, shader); }
+
+GLuint _glCreateProgram(GLuint replayedProgram)
+{
+    CFrame frame(Calls::glCreateProgram);
+    frame.SetDefault(replayedProgram);
+    frame.CallHost();
+    frame.Record();
+    return frame.Result();
+}
+
+GLuint _glCreateShader(GLenum type, GLuint replayedShader)
+{
+    CFrame frame(Calls::glCreateShader, type);
+    frame.SetDefault(replayedShader);
+    frame.CallHost();
+    frame.Record(type);
+    return frame.Result();
+}
+
+void _glDeleteProgram(GLuint program) { Trace(Calls::glDeleteProgram, program); }
+
+void _glDeleteShader(GLuint shader) { Trace(Calls::glDeleteShader, shader); }
+
+void _glDetachShader(GLuint program, GLuint shader) { Trace(Calls::glDetachShader, program, shader); }
+
+void _glGetActiveAttrib(GLuint program, GLuint index, GLsizei bufSize, GLsizei* length, GLint* size,
+                        GLenum* type, GLchar* name)
+{
+    Trace(Calls::glGetActiveAttrib, program, index, bufSize, OutArray(length, 1), OutArray(size, 1),
+          OutArray(type, 1), Text(name));
+}
+
+void _glGetActiveUniform(GLuint program, GLuint index, GLsizei bufSize, GLsizei* length, GLint* size,
+                         GLenum* type, GLchar* name)
+{
+    Trace(Calls::glGetActiveUniform, program, index, bufSize, OutArray(length, 1), OutArray(size, 1),
+          OutArray(type, 1), Text(name));
+}
+
+void _glGetAttachedShaders(GLuint program, GLsizei maxCount, GLsizei* count, GLuint* shaders)
+{
+    // The host gets a local, so that the number of shaders is known where the application asks for none.
+    CSubstitute<GLsizei> attached(count);
+    CFrame frame(Calls::glGetAttachedShaders, program, maxCount, attached.pointer, shaders);
+    frame.CallHost();
+    attached.CopyBack();
+    frame.Record(program, maxCount, OutArray(count, 1), OutArray(shaders, CountOf(attached.value)));
+}
+
+GLint _glGetAttribLocation(GLuint program, const GLchar* name)
+{
+    return Trace(Calls::glGetAttribLocation, program, Text(name));
+}
+
+void _glGetProgramiv(GLuint program, GLenum pname, GLint* params)
+{
+    Trace(Calls::glGetProgramiv, program, pname, OutArray(params, 1));
+}
+
+void _glGetProgramInfoLog(GLuint program, GLsizei bufSize, GLsizei* length, GLchar* infoLog)
+{
+    Trace(Calls::glGetProgramInfoLog, program, bufSize, OutArray(length, 1), Text(infoLog));
+}
+
+void _glGetShaderiv(GLuint shader, GLenum pname, GLint* params)
+{
+    Trace(Calls::glGetShaderiv, shader, pname, OutArray(params, 1));
+}
+
+void _glGetShaderInfoLog(GLuint shader, GLsizei bufSize, GLsizei* length, GLchar* infoLog)
+{
+    Trace(Calls::glGetShaderInfoLog, shader, bufSize, OutArray(length, 1), Text(infoLog));
+}
+
+void _glGetShaderPrecisionFormat(GLenum shadertype, GLenum precisiontype, GLint* range, GLint* precision)
+{
+    Trace(Calls::glGetShaderPrecisionFormat, shadertype, precisiontype, OutArray(range, 2),
+          OutArray(precision, 1));
+}
+
+void _glGetShaderSource(GLuint shader, GLsizei bufSize, GLsizei* length, GLchar* source)
+{
+    Trace(Calls::glGetShaderSource, shader, bufSize, OutArray(length, 1), Text(source));
+}
+
+GLboolean _glIsProgram(GLuint program) { return Trace(Calls::glIsProgram, program); }
+
+GLboolean _glIsShader(GLuint shader) { return Trace(Calls::glIsShader, shader); }
+
+void _glLinkProgram(GLuint program) { Trace(Calls::glLinkProgram, program); }
+
+void _glReleaseShaderCompiler() { Trace(Calls::glReleaseShaderCompiler); }
+
+void _glShaderBinary(GLsizei count, const GLuint* shaders, GLenum binaryFormat, const void* binary,
+                     GLsizei length)
+{
+    Trace(Calls::glShaderBinary, count, InArray(shaders, count), binaryFormat, Bytes(binary, length), length);
+}
+
+void _glShaderSource(GLuint shader, GLsizei count, const GLchar* const* string, const GLint* length)
+{
+    Trace(Calls::glShaderSource, shader, count, TextList(string, count, length), InArray(length, count));
+}
+
+void _glUseProgram(GLuint program) { Trace(Calls::glUseProgram, program); }
+
+void _glValidateProgram(GLuint program) { Trace(Calls::glValidateProgram, program); }
+
+void _glGetProgramBinaryOES(GLuint program, GLsizei bufSize, GLsizei* length, GLenum* binaryFormat,
+                            void* binary)
+{
+    CSubstitute<GLsizei> written(length);
+    CFrame frame(Calls::glGetProgramBinaryOES, program, bufSize, written.pointer, binaryFormat, binary);
+    frame.CallHost();
+    written.CopyBack();
+    frame.Record(program, bufSize, OutArray(length, 1), OutArray(binaryFormat, 1),
+                 Bytes(binary, frame.Succeeded() ? written.value : 0));
+}
+
+void _glProgramBinaryOES(GLuint program, GLenum binaryFormat, const void* binary, GLint length)
+{
+    Trace(Calls::glProgramBinaryOES, program, binaryFormat, Bytes(binary, length), length);
+}
+
+void _glGetTranslatedShaderSourceANGLE(GLuint shader, GLsizei bufSize, GLsizei* length, GLchar* source)
+{
+    Trace(Calls::glGetTranslatedShaderSourceANGLE, shader, bufSize, OutArray(length, 1), Text(source));
+}
+
+}  // namespace Es2

@@ -1,0 +1,237 @@
+// GLES2 wrappers: textures.
+#include "wrappers/calls.h"
+#include "wrappers/host_queries.h"
+#include "wrappers/sizing.h"
+
+namespace Es2
+{
+
+void _glActiveTexture(GLenum texture) { Trace(Calls::glActiveTexture, texture); }
+
+void _glBindTexture(GLenum target, GLuint texture) { Trace(Calls::glBindTexture, target, texture); }
+
+void _glCompressedTexImage2D(GLenum target, GLint level, GLenum internalformat, GLsizei width, GLsizei height,
+                             GLint border, GLsizei imageSize, const void* data)
+{
+    Trace(Calls::glCompressedTexImage2D, target, level, internalformat, width, height, border, imageSize,
+          Bytes(data, imageSize));
+}
+
+void _glCompressedTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLsizei width,
+                                GLsizei height, GLenum format, GLsizei imageSize, const void* data)
+{
+    Trace(Calls::glCompressedTexSubImage2D, target, level, xoffset, yoffset, width, height, format, imageSize,
+          Bytes(data, imageSize));
+}
+
+void _glCopyTexImage2D(GLenum target, GLint level, GLenum internalformat, GLint x, GLint y, GLsizei width,
+                       GLsizei height, GLint border)
+{
+    Trace(Calls::glCopyTexImage2D, target, level, internalformat, x, y, width, height, border);
+}
+
+void _glCopyTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLint x, GLint y,
+                          GLsizei width, GLsizei height)
+{
+    Trace(Calls::glCopyTexSubImage2D, target, level, xoffset, yoffset, x, y, width, height);
+}
+
+void _glDeleteTextures(GLsizei n, const GLuint* textures)
+{
+    Trace(Calls::glDeleteTextures, n, InArray(textures, n));
+}
+
+void _glFramebufferTexture2D(GLenum target, GLenum attachment, GLenum textarget, GLuint texture, GLint level)
+{
+    Trace(Calls::glFramebufferTexture2D, target, attachment, textarget, texture, level);
+}
+
+void _glGenerateMipmap(GLenum target) { Trace(Calls::glGenerateMipmap, target); }
+
+void _glGenTextures(GLsizei n, GLuint* textures) { Trace(Calls::glGenTextures, n, InArray(textures, n)); }
+
+void _glGetTexParameterfv(GLenum target, GLenum pname, GLfloat* params)
+{
+    Trace(Calls::glGetTexParameterfv, target, pname, OutArray(params, GlTexParamSize(pname)));
+}
+
+void _glGetTexParameteriv(GLenum target, GLenum pname, GLint* params)
+{
+    Trace(Calls::glGetTexParameteriv, target, pname, OutArray(params, GlTexParamSize(pname)));
+}
+
+GLboolean _glIsTexture(GLuint texture) { return Trace(Calls::glIsTexture, texture); }
+
+void _glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei width, GLsizei height,
+                   GLint border, GLenum format, GLenum type, const void* pixels, GLint alignment)
+{
+    CFrame frame(Calls::glTexImage2D, target, level, internalformat, width, height, border, format, type,
+                 pixels);
+    // On purpose: an upload measured with the pack alignment, and only when the call is not timed.
+    frame.CallHost([&] {
+        if (!frame.IsTimed())
+            alignment = HostInteger(GL_PACK_ALIGNMENT);
+    });
+    frame.Record(target, level, internalformat, width, height, border, format, type,
+                 Bytes(pixels, GlImage2DSize(format, type, width, height, alignment, border)), alignment);
+}
+
+void _glTexParameterf(GLenum target, GLenum pname, GLfloat param)
+{
+    Trace(Calls::glTexParameterf, target, pname, param);
+}
+
+void _glTexParameterfv(GLenum target, GLenum pname, const GLfloat* params)
+{
+    Trace(Calls::glTexParameterfv, target, pname, InArray(params, GlTexParamSize(pname)));
+}
+
+void _glTexParameteri(GLenum target, GLenum pname, GLint param)
+{
+    Trace(Calls::glTexParameteri, target, pname, param);
+}
+
+void _glTexParameteriv(GLenum target, GLenum pname, const GLint* params)
+{
+    Trace(Calls::glTexParameteriv, target, pname, InArray(params, GlTexParamSize(pname)));
+}
+
+void _glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLsizei width, GLsizei height,
+                      GLenum format, GLenum type, const void* pixels)
+{
+    CFrame frame(Calls::glTexSubImage2D, target, level, xoffset, yoffset, width, height, format, type,
+                 pixels);
+    frame.CallHost();
+    GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
+    frame.Record(target, level, xoffset, yoffset, width, height, format, type,
+                 Bytes(pixels, GlImage2DSize(format, type, width, height, alignment, 0)), alignment);
+}
+
+void _glFramebufferTexture2DMultisampleNBX(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
+                                           GLint level, GLsizei samples)
+{
+    Trace(Calls::glFramebufferTexture2DMultisampleNBX, target, attachment, textarget, texture, level,
+          samples);
+}
+
+void _glTexBindStreamNBX(GLint device, GLint deviceoffset)
+{
+    Trace(Calls::glTexBindStreamNBX, device, deviceoffset);
+}
+
+void _glGetTexStreamDeviceAttributeivNBX(GLint device, GLenum pname, GLint* params)
+{
+    Trace(Calls::glGetTexStreamDeviceAttributeivNBX, device, pname, OutArray(params, 1));
+}
+
+const GLubyte* _glGetTexStreamDeviceNameNBX(GLint device)
+{
+    return Trace(Calls::glGetTexStreamDeviceNameNBX, device);
+}
+
+void _glEGLImageTargetTexture2DOES(GLenum target, GLeglImageOES image)
+{
+    Trace(Calls::glEGLImageTargetTexture2DOES, target, image);
+}
+
+void _glTexImage3DOES(GLenum target, GLint level, GLenum internalformat, GLsizei width, GLsizei height,
+                      GLsizei depth, GLint border, GLenum format, GLenum type, const void* pixels)
+{
+    CFrame frame(Calls::glTexImage3DOES, target, level, internalformat, width, height, depth, border, format,
+                 type, pixels);
+    frame.CallHost();
+    GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
+    frame.Record(target, level, internalformat, width, height, depth, border, format, type,
+                 Bytes(pixels, GlImage3DSize(format, type, width, height, depth, alignment, border)),
+                 alignment);
+}
+
+void _glTexSubImage3DOES(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLint zoffset,
+                         GLsizei width, GLsizei height, GLsizei depth, GLenum format, GLenum type,
+                         const void* pixels)
+{
+    CFrame frame(Calls::glTexSubImage3DOES, target, level, xoffset, yoffset, zoffset, width, height, depth,
+                 format, type, pixels);
+    frame.CallHost();
+    GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
+    frame.Record(target, level, xoffset, yoffset, zoffset, width, height, depth, format, type,
+                 Bytes(pixels, GlImage3DSize(format, type, width, height, depth, alignment, 0)), alignment);
+}
+
+void _glCopyTexSubImage3DOES(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLint zoffset, GLint x,
+                             GLint y, GLsizei width, GLsizei height)
+{
+    Trace(Calls::glCopyTexSubImage3DOES, target, level, xoffset, yoffset, zoffset, x, y, width, height);
+}
+
+void _glCompressedTexImage3DOES(GLenum target, GLint level, GLenum internalformat, GLsizei width,
+                                GLsizei height, GLsizei depth, GLint border, GLsizei imageSize,
+                                const void* data)
+{
+    Trace(Calls::glCompressedTexImage3DOES, target, level, internalformat, width, height, depth, border,
+          imageSize, Bytes(data, imageSize));
+}
+
+void _glCompressedTexSubImage3DOES(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLint zoffset,
+                                   GLsizei width, GLsizei height, GLsizei depth, GLenum format,
+                                   GLsizei imageSize, const void* data)
+{
+    Trace(Calls::glCompressedTexSubImage3DOES, target, level, xoffset, yoffset, zoffset, width, height, depth,
+          format, imageSize, Bytes(data, imageSize));
+}
+
+void _glFramebufferTexture3DOES(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
+                                GLint level, GLint zoffset)
+{
+    Trace(Calls::glFramebufferTexture3DOES, target, attachment, textarget, texture, level, zoffset);
+}
+
+void _glCopyTextureLevelsAPPLE(GLuint destinationTexture, GLuint sourceTexture, GLint sourceBaseLevel,
+                               GLsizei sourceLevelCount)
+{
+    Trace(Calls::glCopyTextureLevelsAPPLE, destinationTexture, sourceTexture, sourceBaseLevel,
+          sourceLevelCount);
+}
+
+void _glFramebufferTexture2DMultisampleEXT(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
+                                           GLint level, GLsizei samples)
+{
+    Trace(Calls::glFramebufferTexture2DMultisampleEXT, target, attachment, textarget, texture, level,
+          samples);
+}
+
+void _glTexStorage1DEXT(GLenum target, GLsizei levels, GLenum internalformat, GLsizei width)
+{
+    Trace(Calls::glTexStorage1DEXT, target, levels, internalformat, width);
+}
+
+void _glTexStorage2DEXT(GLenum target, GLsizei levels, GLenum internalformat, GLsizei width, GLsizei height)
+{
+    Trace(Calls::glTexStorage2DEXT, target, levels, internalformat, width, height);
+}
+
+void _glTexStorage3DEXT(GLenum target, GLsizei levels, GLenum internalformat, GLsizei width, GLsizei height,
+                        GLsizei depth)
+{
+    Trace(Calls::glTexStorage3DEXT, target, levels, internalformat, width, height, depth);
+}
+
+void _glTextureStorage1DEXT(GLuint texture, GLenum target, GLsizei levels, GLenum internalformat,
+                            GLsizei width)
+{
+    Trace(Calls::glTextureStorage1DEXT, texture, target, levels, internalformat, width);
+}
+
+void _glTextureStorage2DEXT(GLuint texture, GLenum target, GLsizei levels, GLenum internalformat,
+                            GLsizei width, GLsizei height)
+{
+    Trace(Calls::glTextureStorage2DEXT, texture, target, levels, internalformat, width, height);
+}
+
+void _glTextureStorage3DEXT(GLuint texture, GLenum target, GLsizei levels, GLenum internalformat,
+                            GLsizei width, GLsizei height, GLsizei depth)
+{
+    Trace(Calls::glTextureStorage3DEXT, texture, target, levels, internalformat, width, height, depth);
+}
+
+}  // namespace Es2

@@ -1,4 +1,5 @@
 // libEGL.so.1: the plain names of EGL.
+#include "core/config.h"
 #include "frontends/host_library.h"
 #include "frontends/plain.h"
 #include "host/hosts.h"

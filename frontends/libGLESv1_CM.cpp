@@ -1,4 +1,5 @@
 // libGLESv1_CM.so.1: the plain names of OpenGL ES 1.
+#include "core/config.h"
 #include "frontends/host_library.h"
 #include "frontends/plain.h"
 #include "host/hosts.h"

@@ -1,4 +1,5 @@
 // libGLESv2.so.2: the plain names of OpenGL ES 2, and OpenGL ES 3 passed through.
+#include "core/config.h"
 #include "frontends/host_library.h"
 #include "frontends/plain.h"
 #include "host/hosts.h"

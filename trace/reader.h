@@ -68,7 +68,9 @@ public:
 
     EndState End() const { return m_end; }
     bool EndedInOrder() const { return m_end == EndState::Footer || m_end == EndState::NoFooter; }
-    uint64_t EndOffset() const { return m_endOffset; }            // where the last whole record ended
+    // Where the last whole record ended: the footer's offset, the end of the input, or of what cannot be
+    // read.
+    uint64_t EndOffset() const { return m_endOffset; }
     std::string const& EndReason() const { return m_endReason; }  // for Truncated and Damaged, one line
 
     // The size of the input: known from the start for a file, at the end for a stream.
@@ -81,19 +83,19 @@ public:
     // whether it is one: the last record of a trace without a footer can end in the same bytes.
     std::optional<uint64_t> ProbableSnapshotPosition() const { return m_probableSnapshot; }
 
-    // Continues at the record at `offset`, which must be one that a Record or a snapshot position gave.
-    // Frames and calls are counted on from where they stood. False if the input cannot seek.
-    bool Seek(uint64_t offset);
-
 private:
+    explicit Reader(std::unique_ptr<std::istream> input, std::optional<uint64_t> size);
+
     void Start();
-    void FindSize();
+    void MeasureInput();
     void PeekFooter();
-    bool ReadHeader();
-    bool ReadRecordHeader(uint8_t (&bytes)[kFooterSize], size_t& have);
-    bool ReadPayload(uint32_t size, size_t have, uint8_t const* first);
-    bool Classify(Record& record);
+    bool CheckHeader(uint8_t const* header);
+    bool CheckRecord(uint32_t size, uint16_t id, uint8_t const* first);
+    bool EndAtFooter(uint8_t const* footer);
+    bool ReadPayload(uint32_t size, uint8_t const* first, size_t firstSize);
+    bool AtEndOfInput();
     size_t ReadBytes(uint8_t* to, size_t size);
+    void Deliver(uint16_t id, Record& record);
     bool Stop(EndState end, uint64_t offset, std::string reason = {});
 
     std::unique_ptr<std::istream> m_owned;
@@ -103,7 +105,8 @@ private:
     std::optional<uint64_t> m_snapshot;
     std::optional<uint64_t> m_probableSnapshot;
     std::vector<uint8_t> m_payload;
-    uint64_t m_position = 0;
+    uint64_t m_position = 0;      // bytes read
+    uint64_t m_recordOffset = 0;  // of the record that is being read
     uint64_t m_thread = 0;
     uint64_t m_frame = 0;
     uint64_t m_call = 0;

@@ -14,6 +14,7 @@ struct ExitWith
     int code;
 };
 
-void AddRecordCommand(CLI::App& app);
+// `application`: the command line behind "--".
+void AddRecordCommand(CLI::App& app, std::vector<std::string> const& application);
 void AddInfoCommand(CLI::App& app);
 void AddDumpCommand(CLI::App& app);

@@ -1,26 +1,41 @@
 // The `nebtrace` command: parses the command line and hands over to a subcommand.
 #include "commands.h"
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <iostream>
 
 static constexpr int kUsageError = 2;
 static constexpr int kFailure = 1;
 
+// `nebtrace record ... -- APP ARGS...`: what stands behind the first "--" is the application's own, and the
+// parser must not see it: to it "[a,b]" is a list of two. Returns the number of arguments ahead of that.
+static int CountOwnArguments(int argc, char** argv)
+{
+    if (argc < 2 || std::strcmp(argv[1], "record") != 0)
+        return argc;
+    for (int i = 2; i < argc; ++i)
+        if (std::strcmp(argv[i], "--") == 0)
+            return i;
+    return argc;
+}
+
 static int Run(int argc, char** argv)
 {
+    int const own = CountOwnArguments(argc, argv);
+    std::vector<std::string> const application(argv + std::min(own + 1, argc), argv + argc);
     CLI::App app{"Record, read and replay EGL and OpenGL ES calls"};
     app.set_version_flag("--version", "nebtrace " NEBTRACE_VERSION);
     app.require_subcommand(1);
-    AddRecordCommand(app);
+    AddRecordCommand(app, application);
     AddInfoCommand(app);
     AddDumpCommand(app);
     try
     {
-        app.parse(argc, argv);
-    }
-    catch (CLI::ParseError const& error)
+        app.parse(own, argv);
+    } catch (CLI::ParseError const& error)
     {
         if (error.get_exit_code() == 0)
             return app.exit(error);  // --help and --version
@@ -35,12 +50,10 @@ int main(int argc, char** argv)
     try
     {
         return Run(argc, argv);
-    }
-    catch (ExitWith const& exit)
+    } catch (ExitWith const& exit)
     {
         return exit.code;
-    }
-    catch (std::exception const& error)
+    } catch (std::exception const& error)
     {
         std::cerr << "nebtrace: " << error.what() << "\n";
         return kFailure;

@@ -1,0 +1,109 @@
+// `nebtrace record`: runs an application with the recorder between it and the machine's drivers.
+#include "record.h"
+#include "commands.h"
+#include <cstdio>
+#include <iostream>
+#include <memory>
+
+namespace fs = std::filesystem;
+
+namespace record
+{
+namespace
+{
+// Parses "A-B" or "N"; an empty result is no range.
+std::optional<FrameRange> ParseFrames(std::string const& text)
+{
+    unsigned long first = 0;
+    unsigned long last = 0;
+    char rest = 0;
+    int const found = std::sscanf(text.c_str(), "%10lu-%10lu%c", &first, &last, &rest);
+    bool const single = text.find_first_not_of("0123456789") == std::string::npos;
+    if (found == 1 && single)
+        last = first;
+    else if (found != 2)
+        return std::nullopt;
+    if (text.find_first_not_of("0123456789-") != std::string::npos || last < first || last > kLastFrame)
+        return std::nullopt;
+    return FrameRange{static_cast<int>(first), static_cast<int>(last)};
+}
+
+void ReportOutcome(Options const& options, std::string const& config, TraceFiles const& files)
+{
+    bool recorded = false;
+    for (fs::path const& file : files.Written())
+    {
+        Summary const summary = Summarize(file);
+        std::cerr << "nebtrace: " << summary.line << "\n";
+        recorded = recorded || !summary.empty;
+    }
+    if (recorded)
+        return;
+    std::string const profile = ConfigValue(config, "Profile").value_or("0");
+    if (!profile.empty() && profile[0] != '0')
+        std::cerr << "nebtrace: profiling, so nothing was recorded\n";
+    else if (files.Written().empty())
+        std::cerr << "nebtrace: nothing was recorded: " << options.command[0]
+                  << " loaded neither EGL nor GLES\n";
+    else
+        std::cerr << "nebtrace: nothing was recorded: no call fell into the frames asked for\n";
+}
+
+[[noreturn]] void Record(Options const& options)
+{
+    fs::path const frontEnds = FrontEndFolder();
+    HostLibraries const host = FindHostLibraries(options.host, frontEnds);
+    std::string const config = ConfigText(options, host);
+    TraceFiles const files(ConfigValue(config, "TraceFile").value());
+    int code = 0;
+    int pid = 0;
+    {
+        HeldSignals const signals;
+        PlacedConfig const placed(fs::current_path() / "nebtrace.cfg", config, options.force);
+        code = signals.RunApplication(options.command, frontEnds, pid);
+    }
+    if (pid != 0)
+        ReportOutcome(options, config, files);
+    throw ExitWith{code};
+}
+
+std::string CheckFrames(std::string const& text)
+{
+    return ParseFrames(text) ? std::string() : "frames are A-B or N, counted from 0: " + text;
+}
+}  // namespace
+}  // namespace record
+
+void AddRecordCommand(CLI::App& app, std::vector<std::string> const& application)
+{
+    using record::Options;
+    auto const options = std::make_shared<Options>();
+    options->command = application;
+    auto const frames = std::make_shared<std::string>();
+    CLI::App* const command = app.add_subcommand("record", "Run an application and record its calls");
+    command->footer("What follows -- is the application and its arguments:\n"
+                    "  nebtrace record --frames 10-19 -o gears.nebt -- es2gears_x11 -fullscreen");
+    command->add_option("-o,--output", options->output,
+                        "The trace file; %pid in it becomes the process ID (default trace.nebt)");
+    command->add_option("--frames", *frames, "Record these frames only: A-B or N")
+        ->check(record::CheckFrames);
+    command->add_flag("--no-data", options->noData, "Leave the contents of arrays out");
+    command->add_flag("--save-frames", options->saveFrames, "Keep the pixels of each frame");
+    command->add_flag("--optimize", options->optimize, "Keep only the state that the frames use");
+    command->add_flag("--profile", options->profile, "Profile instead of recording");
+    command->add_option("--config", options->config, "Start from this configuration file")
+        ->check(CLI::ExistingFile);
+    command->add_flag("--force", options->force, "Set an existing nebtrace.cfg aside for the run");
+    command->add_option("--host-egl", options->host.egl, "The machine's EGL library");
+    command->add_option("--host-gles1", options->host.es1, "The machine's OpenGL ES 1 library");
+    command->add_option("--host-gles2", options->host.es2, "The machine's OpenGL ES 2 library");
+    command->add_flag("-v,--verbose", options->verbosity,
+                      "Let the recorder tell what it does; more with -vv");
+    command->callback([options, frames] {
+        if (options->command.empty())
+            throw CLI::RequiredError("-- APP ARGS...");
+        if (!frames->empty())
+            options->frames = record::ParseFrames(*frames);
+        record::Record(*options);
+    });
+}

@@ -1,0 +1,132 @@
+// The parts of `nebtrace record`, in the order in which a run uses them.
+#pragma once
+#include <csignal>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace record
+{
+struct HostLibraries
+{
+    std::string egl;
+    std::string es1;
+    std::string es2;
+};
+
+// As far as a recording can go: the recorder reads the number with atoi.
+constexpr int kLastFrame = 2147483647;
+
+struct FrameRange
+{
+    int first = 0;
+    int last = 0;
+};
+
+struct Options
+{
+    std::string output;  // empty if not given
+    std::optional<FrameRange> frames;
+    bool noData = false;
+    bool saveFrames = false;
+    bool optimize = false;
+    bool profile = false;
+    bool force = false;
+    int verbosity = 0;
+    std::string config;  // empty if not given
+    HostLibraries host;  // empty where not given
+    std::vector<std::string> command;
+};
+
+// --- Where things are (record_libraries.cpp)
+
+// The folder of the front ends that belongs to this program, in the build tree or where it is installed.
+std::filesystem::path FrontEndFolder();
+
+// The machine's own libraries, by full path: those given, the others as the dynamic linker finds them.
+HostLibraries FindHostLibraries(HostLibraries const& given, std::filesystem::path const& frontEnds);
+
+// --- The recorder's configuration (record_config.cpp)
+
+// The text of the file: that of --config or nothing, with the keys that the options decide put in its place.
+// The recorder opens its output by what `TraceFile` says, a full path.
+std::string ConfigText(Options const& options, HostLibraries const& host);
+
+// The value of a key as the recorder will read it: the last one wins.
+std::optional<std::string> ConfigValue(std::string const& text, std::string_view key);
+
+// The configuration file as long as the object lives. A file of the user's that stood there is set aside
+// under a name of its own meanwhile, where it survives even a SIGKILL, and put back at the end.
+class PlacedConfig
+{
+public:
+    PlacedConfig(std::filesystem::path path, std::string const& text, bool force);
+    ~PlacedConfig();
+    PlacedConfig(PlacedConfig const&) = delete;
+    PlacedConfig& operator=(PlacedConfig const&) = delete;
+
+private:
+    void SetAside();
+    void Write(std::string const& text) const;
+
+    std::filesystem::path m_path;
+    std::filesystem::path m_aside;  // empty if nothing was set aside
+};
+
+// --- The application (record_process.cpp)
+
+// Holds back the signals that would end this process, so that nothing is left undone when one arrives.
+class HeldSignals
+{
+public:
+    HeldSignals();
+    ~HeldSignals();
+    HeldSignals(HeldSignals const&) = delete;
+    HeldSignals& operator=(HeldSignals const&) = delete;
+
+    // Runs the application with the front ends ahead of everything else on the library path, passes signals
+    // on to it, and returns its exit code, 128 + n if signal n ended it. `pid` is set once it runs.
+    int RunApplication(std::vector<std::string> const& command, std::filesystem::path const& frontEnds,
+                       int& pid) const;
+
+private:
+    void Release() const;
+    int Start(std::vector<std::string> const& command, std::filesystem::path const& frontEnds,
+              int& failure) const;
+
+    sigset_t m_savedMask;
+    struct sigaction m_savedChildAction;
+};
+
+// --- The outcome (record_result.cpp)
+
+// The files that a recording to `pattern` may have made. Taken before the run, it tells afterwards which are
+// new or written anew.
+class TraceFiles
+{
+public:
+    explicit TraceFiles(std::filesystem::path pattern);
+    std::vector<std::filesystem::path> Written() const;
+
+private:
+    struct Stamp
+    {
+        std::filesystem::path path;
+        std::filesystem::file_time_type time;
+    };
+    std::vector<Stamp> Existing() const;
+
+    std::filesystem::path m_pattern;
+    std::vector<Stamp> m_before;
+};
+
+// One line about a file: bytes, frames, calls; and whether it holds any call.
+struct Summary
+{
+    std::string line;
+    bool empty = true;
+};
+Summary Summarize(std::filesystem::path const& file);
+}  // namespace record

@@ -1,0 +1,90 @@
+// Tells what a recording left.
+#include "record.h"
+#include "trace/reader.h"
+#include <algorithm>
+#include <sstream>
+
+namespace fs = std::filesystem;
+
+namespace record
+{
+namespace
+{
+constexpr char kPid[] = "%pid";
+
+bool IsNumber(std::string_view text)
+{
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// Whether the name is the pattern with a number for each %pid. The recorder's numbers further files of one
+// process with "_N" ahead of the extension, but only when it is told to by a client over the network.
+bool Matches(std::string_view name, std::string_view pattern)
+{
+    std::size_t const mark = pattern.find(kPid);
+    if (mark == std::string_view::npos)
+        return name == pattern;
+    std::string_view const rest = pattern.substr(mark + sizeof kPid - 1);
+    if (name.substr(0, mark) != pattern.substr(0, mark))
+        return false;
+    name.remove_prefix(mark);
+    for (std::size_t digits = 1; digits <= name.size() && IsNumber(name.substr(0, digits)); ++digits)
+        if (Matches(name.substr(digits), rest))
+            return true;
+    return false;
+}
+
+std::string Count(uint64_t number, char const* what)
+{
+    return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
+}
+}  // namespace
+
+TraceFiles::TraceFiles(fs::path pattern) : m_pattern(std::move(pattern)), m_before(Existing()) {}
+
+std::vector<TraceFiles::Stamp> TraceFiles::Existing() const
+{
+    std::vector<Stamp> stamps;
+    std::error_code error;
+    std::string const pattern = m_pattern.filename().string();
+    for (fs::directory_entry const& entry : fs::directory_iterator(m_pattern.parent_path(), error))
+        if (Matches(entry.path().filename().string(), pattern) && entry.is_regular_file(error))
+            stamps.push_back({entry.path(), entry.last_write_time(error)});
+    return stamps;
+}
+
+std::vector<fs::path> TraceFiles::Written() const
+{
+    std::vector<fs::path> written;
+    for (Stamp const& now : Existing())
+    {
+        auto const same = [&now](Stamp const& old) { return old.path == now.path && old.time == now.time; };
+        if (std::none_of(m_before.begin(), m_before.end(), same))
+            written.push_back(now.path);
+    }
+    std::sort(written.begin(), written.end());
+    return written;
+}
+
+Summary Summarize(fs::path const& file)
+{
+    std::string error;
+    std::unique_ptr<nebtrace::Reader> const reader = nebtrace::Reader::Open(file.string(), error);
+    if (!reader)
+        return {file.string() + " cannot be read: " + error, false};
+    uint64_t calls = 0;
+    uint64_t frames = 0;
+    for (nebtrace::Record record; reader->Next(record);)
+    {
+        bool const call = record.type == nebtrace::RecordType::Call;
+        calls += call ? 1 : 0;
+        frames += call && record.id == nebtrace::kSwapBuffersId ? 1 : 0;
+    }
+    std::ostringstream line;
+    line << "recorded " << file.string() << ": " << Count(reader->Size().value_or(0), "byte") << ", "
+         << Count(frames, "frame") << ", " << Count(calls, "call");
+    if (!reader->EndedInOrder())
+        line << "; ends at offset " << reader->EndOffset() << ": " << reader->EndReason();
+    return {line.str(), calls == 0};
+}
+}  // namespace record

@@ -6,7 +6,6 @@ namespace nebtrace
 namespace
 {
 constexpr uint32_t kEglSuccess = 0x3000;
-constexpr size_t kErrorWordSize = 4;
 constexpr size_t kIntSize = 4;
 
 // Takes a payload apart from the front. A refused Take leaves the rest as it was.

@@ -1,0 +1,163 @@
+"""What the end-to-end tests share: where the build's programs are, a scratch folder for each test, running the
+recorder, a display, and a reading of trace files that owes nothing to the project's own reader."""
+
+import collections
+import glob
+import os
+import re
+import shutil
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+
+SOURCE = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
+BUILD = os.environ["NEBTRACE_BUILD"]
+NEBTRACE = os.path.join(BUILD, "tools", "nebtrace")
+FRONT_ENDS = os.path.join(BUILD, "frontends")
+CUBE = os.path.join(BUILD, "examples", "cube")
+CLIENT_ARRAYS = os.path.join(BUILD, "examples", "client_arrays")
+PROGRAMS = os.path.join(BUILD, "tests", "e2e")
+LONGEST = 120  # seconds that any program here may take
+
+HEADER_SIZE = 62
+FOOTER_SIZE = 10
+THREAD_CHANGE = 1
+SWAP_BUFFERS = 1022
+
+
+def program(name):
+    return os.path.join(PROGRAMS, name)
+
+
+def api_names(table):
+    """The functions of api/TABLE.def, from ID to name."""
+    with open(os.path.join(SOURCE, "api", table + ".def"), encoding="ascii") as lines:
+        found = re.findall(r"^\w+\((\d+), \w+, [^,]*, [^,]*, (\w+),", lines.read(), re.MULTILINE)
+    return {int(number): name for number, name in found}
+
+
+NAMES = {**api_names("es1"), **api_names("es2"), **api_names("egl")}
+
+Record = collections.namedtuple("Record", "id name thread payload")
+
+
+class Trace:
+    """A trace file, walked from its header to its footer. Anything out of place is an error."""
+
+    def __init__(self, path):
+        with open(path, "rb") as file:
+            self.bytes = file.read()
+        assert self.bytes[:8] == b"NEBTrace", "no magic"
+        self.record_data = self.bytes[16]
+        self.frame_buffer = self.bytes[17]
+        self.thread_changes = []
+        self.records = []
+        end = self._walk()
+        self.footer = self.bytes[end:]
+
+    def _walk(self):
+        position, thread = HEADER_SIZE, None
+        while len(self.bytes) - position > FOOTER_SIZE:
+            size, number = struct.unpack_from("<IH", self.bytes, position)
+            payload = self.bytes[position + 6 : position + 6 + size]
+            assert len(payload) == size, f"a record at {position} goes past the end"
+            if number == THREAD_CHANGE:
+                (thread,) = struct.unpack("<Q", payload)
+                self.thread_changes.append(thread)
+            else:
+                self.records.append(Record(number, NAMES[number], thread, payload))
+            position += 6 + size
+        return position
+
+    def ends_with_footer(self):
+        """Whether the walk ended right at a footer that gives no snapshot."""
+        return self.footer == b"\x13\x10" + bytes(8)
+
+    def counts(self):
+        return collections.Counter(record.name for record in self.records)
+
+    def names(self):
+        return [record.name for record in self.records]
+
+    def of(self, name):
+        return [record for record in self.records if record.name == name]
+
+
+class ScratchTest(unittest.TestCase):
+    """A test in a folder of its own, without a display, on Mesa's software rasteriser."""
+
+    maxDiff = None
+
+    def setUp(self):
+        self.folder = tempfile.mkdtemp(prefix="nebtrace-")
+        self.addCleanup(shutil.rmtree, self.folder)
+        self.environment = dict(os.environ, LIBGL_ALWAYS_SOFTWARE="1", EGL_PLATFORM="surfaceless")
+        for name in ("DISPLAY", "WAYLAND_DISPLAY", "LD_LIBRARY_PATH"):
+            self.environment.pop(name, None)
+
+    def path(self, name):
+        return os.path.join(self.folder, name)
+
+    def run_command(self, *command, **options):
+        return subprocess.run(
+            command,
+            cwd=self.folder,
+            env=self.environment,
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE,
+            text=True,
+            timeout=LONGEST,
+            check=False,
+            **options,
+        )
+
+    def record(self, *arguments):
+        """Runs `nebtrace record ARGUMENTS`."""
+        return self.run_command(NEBTRACE, "record", *arguments)
+
+    def record_well(self, *arguments):
+        """The same for a run that must end well; returns what it printed without the recorder's own lines."""
+        done = self.record(*arguments)
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+        return "\n".join(line for line in done.stdout.splitlines() if line and not line.startswith("NEBTRACE("))
+
+    def trace(self, name="trace.nebt"):
+        return Trace(self.path(name))
+
+    def write(self, name, text):
+        with open(self.path(name), "w", encoding="utf-8") as file:
+            file.write(text)
+
+    def read(self, name):
+        with open(self.path(name), encoding="utf-8") as file:
+            return file.read()
+
+    def start_display(self):
+        """An X server on a free display, for as long as the test runs."""
+        reader, writer = os.pipe()
+        server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "640x480x24", "-nolisten", "tcp"],
+            pass_fds=[writer],
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+        )
+        self.addCleanup(server.wait)
+        self.addCleanup(server.terminate)
+        os.close(writer)
+        with os.fdopen(reader) as ready:
+            number = ready.readline().strip()
+        self.assertTrue(number, "Xvfb gave no display")
+        self.environment["DISPLAY"] = ":" + number
+        self.environment["EGL_PLATFORM"] = "x11"
+
+
+def find_program(name):
+    """A program of the machine's; Debian gives some the architecture as an ending."""
+    found = shutil.which(name) or next(iter(glob.glob(f"/usr/bin/{name}.*")), None)
+    if not found:
+        sys.exit(f"{name} is missing: ./dev setup installs it")
+    return found

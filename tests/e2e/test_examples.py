@@ -1,0 +1,48 @@
+"""The examples, recorded whole."""
+
+import struct
+import unittest
+
+from support import CLIENT_ARRAYS, CUBE, ScratchTest
+
+
+def draws_and_swaps(counts):
+    return f"draws {counts['glDrawArrays'] + counts['glDrawElements']} swaps {counts['eglSwapBuffers']}"
+
+
+class Examples(ScratchTest):
+    # The program's own count of its draws and swaps is what the recording holds, up to the footer.
+    def test_a_recording_holds_the_draws_and_swaps_that_the_example_counted(self):
+        for example in (CUBE, CLIENT_ARRAYS):
+            with self.subTest(example=example):
+                printed = self.record_well("--frames", "0-6", "--", example, "--frames", "7", "--counts")
+                trace = self.trace()
+                self.assertTrue(trace.ends_with_footer())
+                self.assertEqual(printed, draws_and_swaps(trace.counts()))
+                self.assertEqual(trace.counts()["eglSwapBuffers"], 7)
+
+    # Being recorded changes nothing of what a program draws.
+    def test_a_recorded_example_renders_the_same_picture_as_an_unrecorded_one(self):
+        for example in (CUBE, CLIENT_ARRAYS):
+            with self.subTest(example=example):
+                arguments = ("--frames", "5", "--size", "200x150")
+                alone = self.run_command(example, *arguments, "--png", "alone.png")
+                self.assertEqual(alone.returncode, 0, alone.stderr)
+                self.record_well("--", example, *arguments, "--png", "recorded.png")
+                with open(self.path("alone.png"), "rb") as one, open(self.path("recorded.png"), "rb") as other:
+                    self.assertEqual(one.read(), other.read())
+
+    # A range leaves out what comes before and after it; each swap carries the number of the frame it ends.
+    def test_a_range_of_frames_records_these_frames_only(self):
+        self.record_well("--frames", "3-5", "--", CUBE, "--frames", "9", "--size", "64x64")
+        trace = self.trace()
+        self.assertTrue(trace.ends_with_footer())
+        # Behind the error word, the result, the display and the surface.
+        frames = [struct.unpack_from("<I", swap.payload, 16)[0] for swap in trace.of("eglSwapBuffers")]
+        self.assertEqual(frames, [3, 4, 5])
+        self.assertEqual(draws_and_swaps(trace.counts()), "draws 12 swaps 3")
+        self.assertEqual(trace.counts()["glCompileShader"], 0)
+
+
+if __name__ == "__main__":
+    unittest.main()

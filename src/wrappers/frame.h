@@ -72,9 +72,13 @@ public:
     bool Succeeded() const { return HostChecked() && m_api.error == m_api.noError; }
     bool MayTrack() const { return Succeeded() && m_config.bUpdateRenderState; }
     bool MayTrackData() const { return MayTrack() && m_config.bRecordData; }
+    // Contents are kept, in the range of recorded frames too.
+    bool SucceededWithData() const { return Succeeded() && m_config.bRecordData; }
 
     // The output gate is Succeeded(): a missing extension leaves it shut although bCallHost is set.
     SRecordState RecordState() const { return {m_config.bRecordData, Succeeded()}; }
+    // Somebody will read what the call's pointers point at.
+    bool UsesData() const { return m_config.bRecordData && (m_config.bSaveCall || MayTrack()); }
     // The record of this call holds what the host stored; second questions are asked only then.
     bool RecordsOutput() const { return IsRecording() && RecordsData() && Succeeded(); }
     // Error word, and the API byte of a GL extension.

@@ -7,6 +7,7 @@
 #include "api/types.h"
 #include "core/trace_block.h"
 #include "wrappers/argument_records.h"
+#include "wrappers/padded_image.h"
 #include <cstdint>
 #include <type_traits>
 
@@ -208,6 +209,26 @@ inline unsigned int ByteCount(GLsizeiptr size)
 
 // A label's bytes: the call's length, or up to the terminator where that is negative.
 unsigned int LabelSize(GLchar const* label, GLsizei length);
+
+// An image's bytes; the pointer that is recorded is the application's.
+template <typename T>
+struct SImageBytes
+{
+    T* argument;
+    CPaddedImage const* image;
+
+    void Append(CTraceBlock& block, SRecordState) const
+    {
+        AppendPointer(block, argument);
+        AppendU32(block, image->Size());
+        block.AppendData(image->Size(), image->Data());
+    }
+};
+template <typename T>
+SImageBytes<T> ImageBytes(T* pixels, CPaddedImage const& image)
+{
+    return {pixels, &image};
+}
 
 // A terminated text, the caller's or the host's; not gated. Whatever length the call passed, strlen decides.
 template <typename T>

@@ -2,6 +2,8 @@
 #pragma once
 #include "api/types.h"
 
+namespace Egl
+{
 namespace Track
 {
 void GetDisplay(void* display, intptr_t nativeDisplay);
@@ -29,3 +31,4 @@ void MakeCurrent(void* context);
 // The config kept for a context: a handle or, after eglMakeCurrent, an ID. Adds an empty entry if it must.
 void* ConfigOf(void* context);
 }  // namespace Track
+}  // namespace Egl

@@ -1,21 +1,41 @@
 // GLES2 wrappers: buffers.
 #include "support/log.h"
 #include "wrappers/calls.h"
+#include "wrappers/es2/track.h"
 #include "wrappers/mapped_copy.h"
 
 namespace Es2
 {
 
-void _glBindBuffer(GLenum target, GLuint buffer) { Trace(Calls::glBindBuffer, target, buffer); }
+void _glBindBuffer(GLenum target, GLuint buffer)
+{
+    CFrame frame(Calls::glBindBuffer, target, buffer);
+    frame.CallHost();
+    if (frame.Succeeded())
+        Track::BindBuffer(target, buffer);
+    frame.Record(target, buffer);
+}
 
 void _glBufferData(GLenum target, GLsizeiptr size, const void* data, GLenum usage)
 {
-    Trace(Calls::glBufferData, target, size, Bytes(data, ByteCount(size)), usage);
+    CFrame frame(Calls::glBufferData, target, size, data, usage);
+    frame.CallHost();
+    if (frame.MayTrackData())
+        Track::BufferData(target, size, data, usage);
+    if (frame.SucceededWithData())
+        Track::ElementBufferData(target, size, data);
+    frame.Record(target, size, Bytes(data, ByteCount(size)), usage);
 }
 
 void _glBufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, const void* data)
 {
-    Trace(Calls::glBufferSubData, target, offset, size, Bytes(data, ByteCount(size)));
+    CFrame frame(Calls::glBufferSubData, target, offset, size, data);
+    frame.CallHost();
+    if (frame.MayTrackData())
+        Track::BufferSubData(target, offset, size, data);
+    if (frame.SucceededWithData())
+        Track::ElementBufferSubData(target, offset, size, data);
+    frame.Record(target, offset, size, Bytes(data, ByteCount(size)));
 }
 
 void _glDeleteBuffers(GLsizei n, const GLuint* buffers)
@@ -43,6 +63,9 @@ GLboolean _glUnmapBufferOES(GLenum target)
         LogMessage("Size UnMapBuffer: %d", static_cast<int>(copy.Size()));
     frame.CallHost();
     frame.Record(target, Always(Bytes(copy.Data(), copy.Size())));
+    // The record goes ahead of the tracking here.
+    if (copy.Data() && frame.MayTrack())
+        Track::UnmapBuffer(copy.Name(), copy.Data(), copy.Size());
     return frame.Result();
 }
 

@@ -1,23 +1,131 @@
 // GLES2 wrappers: draw calls.
+#include "state/buffer_object_list.h"
+#include "support/log.h"
 #include "wrappers/calls.h"
+#include "wrappers/client_arrays.h"
 #include "wrappers/host_queries.h"
-#include "wrappers/index_data.h"
+#include "wrappers/live_state.h"
+#include "wrappers/sizing.h"
+#include <algorithm>
+#include <climits>
 
 namespace Es2
 {
 
+namespace
+{
+
+// Visits the current array object's attributes by ascending index, not in the order of their slots.
+template <typename Visit>
+void ForEachAttribute(Visit visit)
+{
+    auto const& arrays = LiveEs2State().BoundVertexArray().vertexattributearrays;
+    int64_t last = -1;
+    for (int visited = 0; visited < arrays.Count(); ++visited)
+    {
+        int next = -1;
+        for (int slot = 0; slot < arrays.Count(); ++slot)
+            if (arrays.KeyAt(slot) > last && (next < 0 || arrays.KeyAt(slot) < arrays.KeyAt(next)))
+                next = slot;
+        last = arrays.KeyAt(next);
+        visit(arrays.KeyAt(next), arrays.ValueAt(next));
+    }
+}
+
+// Appends each enabled client array's first `elements` elements. Data in a buffer object is captured by the
+// buffer's own calls.
+void AppendClientArrays(CTraceBlock& block, CClientArrayCapture& capture, uint64_t elements,
+                        char const* withoutPointer)
+{
+    ForEachAttribute([&](uint32_t index, VertexAttributeArray const& array) {
+        if (!array.enabled || array.boundarraybuffer != 0)
+            return;
+        if (array.pointer)
+            capture.Append(block, {index, array.size, array.type, array.stride, array.pointer}, elements);
+        else if (withoutPointer)
+            LogMessage("%s", withoutPointer);
+    });
+}
+
+struct SIndices
+{
+    GLsizei count;
+    GLenum type;
+    void const* argument;
+};
+
+// Indices in the application's memory: pointer, size, bytes, then the argument again.
+uint32_t AppendClientIndices(CTraceBlock& block, SIndices const& indices)
+{
+    uint64_t const size = static_cast<uint64_t>(CountOf(indices.count)) * GlTypeSize(indices.type);
+    AppendArray(block, indices.argument, size > UINT32_MAX ? 0 : static_cast<uint32_t>(size), 1);
+    AppendPointer(block, indices.argument);
+    return LargestIndex(indices.type, indices.count, indices.argument);
+}
+
+// Indices in a buffer object: nothing, then the argument, which is an offset. False when there is no copy of
+// the buffer to find the largest in.
+bool AppendBufferIndices(CTraceBlock& block, GLuint buffer, SIndices const& indices, uint32_t& largest)
+{
+    AppendArray(block, nullptr, 0, 1);
+    AppendPointer(block, indices.argument);
+    CBufferObjectList::SBufferObject const* const copy = BufferList.GetBufferObject(buffer);
+    if (!copy || !copy->data)
+    {
+        LogMessage("Failed to get element buffer with ID %d\n", buffer);
+        return false;
+    }
+    // On purpose: from the buffer's start, whatever offset the call gave; but not past its end.
+    uint32_t const indexSize = std::max(GlTypeSize(indices.type), 1u);
+    auto const held = static_cast<GLsizei>(std::min<uint32_t>(copy->size / indexSize, INT_MAX));
+    largest = LargestIndex(indices.type, std::min(indices.count, held), copy->data);
+    return true;
+}
+
+void AppendDrawElements(CTraceBlock& block, CClientArrayCapture& capture, SIndices const& indices)
+{
+    uint32_t largest = 0;
+    auto const buffer = static_cast<GLuint>(HostInteger(GL_ELEMENT_ARRAY_BUFFER_BINDING));
+    if (buffer == 0)
+        largest = AppendClientIndices(block, indices);
+    else if (!AppendBufferIndices(block, buffer, indices, largest))
+        return;
+    AppendClientArrays(block, capture, uint64_t{largest} + 1,
+                       "Es2Trace::_glDrawElements error trying to save VertexAttrib: No data pointer");
+}
+
+}  // namespace
+
 void _glDrawArrays(GLenum mode, GLint first, GLsizei count)
 {
-    Trace(Calls::glDrawArrays, mode, first, count);
+    CFrame frame(Calls::glDrawArrays, mode, first, count);
+    frame.CallHost();
+    if (!frame.IsRecording())
+        return;
+    LiveEs2State().TrackData();
+    CClientArrayCapture capture;  // the block reads it when it is destroyed
+    CTraceBlock block(Calls::glDrawArrays.id);
+    frame.AppendHeadAndResult(block);
+    AppendFields(block, frame.RecordState(), mode, first, count);
+    // On purpose: `first` is not applied, the entries begin with the arrays' first element.
+    if (frame.RecordsData())
+        AppendClientArrays(block, capture, CountOf(count), nullptr);
 }
 
 void _glDrawElements(GLenum mode, GLsizei count, GLenum type, const void* indices)
 {
     CFrame frame(Calls::glDrawElements, mode, count, type, indices);
     frame.CallHost();
-    bool const inBuffer =
-        frame.IsRecording() && frame.RecordsData() && HostInteger(GL_ELEMENT_ARRAY_BUFFER_BINDING) != 0;
-    frame.Record(mode, count, type, IndexData(indices, count, type, inBuffer));
+    if (!frame.IsRecording())
+        return;
+    LiveEs2State().TrackData();
+    if (!frame.RecordsData())
+        return frame.Record(mode, count, type, indices);
+    CClientArrayCapture capture;  // the block reads it when it is destroyed
+    CTraceBlock block(Calls::glDrawElements.id);
+    frame.AppendHeadAndResult(block);
+    AppendFields(block, frame.RecordState(), mode, count, type);
+    AppendDrawElements(block, capture, {count, type, indices});
 }
 
 void _glMultiDrawElementsEXT(GLenum mode, const GLsizei* count, GLenum type, const void* const* indices,

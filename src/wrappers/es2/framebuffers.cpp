@@ -1,5 +1,6 @@
 // GLES2 wrappers: framebuffers, renderbuffers and pixels read back.
 #include "wrappers/calls.h"
+#include "wrappers/es2/track.h"
 #include "wrappers/host_queries.h"
 #include "wrappers/sizing.h"
 
@@ -8,40 +9,71 @@ namespace Es2
 
 void _glBindFramebuffer(GLenum target, GLuint framebuffer)
 {
-    Trace(Calls::glBindFramebuffer, target, framebuffer);
+    CFrame frame(Calls::glBindFramebuffer, target, framebuffer);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::BindFramebuffer(framebuffer);
+    frame.Record(target, framebuffer);
 }
 
 void _glBindRenderbuffer(GLenum target, GLuint renderbuffer)
 {
-    Trace(Calls::glBindRenderbuffer, target, renderbuffer);
+    CFrame frame(Calls::glBindRenderbuffer, target, renderbuffer);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::BindRenderbuffer(renderbuffer);
+    frame.Record(target, renderbuffer);
 }
 
 GLenum _glCheckFramebufferStatus(GLenum target) { return Trace(Calls::glCheckFramebufferStatus, target); }
 
 void _glDeleteFramebuffers(GLsizei n, const GLuint* framebuffers)
 {
-    Trace(Calls::glDeleteFramebuffers, n, InArray(framebuffers, n));
+    CFrame frame(Calls::glDeleteFramebuffers, n, framebuffers);
+    // The attachments cannot be read afterwards.
+    if (frame.MayCallHost())
+        Track::BeforeDeleteFramebuffers(n, framebuffers);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::DeleteFramebuffers(n, framebuffers);
+    frame.Record(n, InArray(framebuffers, n));
 }
 
 void _glDeleteRenderbuffers(GLsizei n, const GLuint* renderbuffers)
 {
-    Trace(Calls::glDeleteRenderbuffers, n, InArray(renderbuffers, n));
+    CFrame frame(Calls::glDeleteRenderbuffers, n, renderbuffers);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::DeleteRenderbuffers(n, renderbuffers);
+    frame.Record(n, InArray(renderbuffers, n));
 }
 
 void _glFramebufferRenderbuffer(GLenum target, GLenum attachment, GLenum renderbuffertarget,
                                 GLuint renderbuffer)
 {
-    Trace(Calls::glFramebufferRenderbuffer, target, attachment, renderbuffertarget, renderbuffer);
+    CFrame frame(Calls::glFramebufferRenderbuffer, target, attachment, renderbuffertarget, renderbuffer);
+    frame.CallHost();
+    if (frame.HostChecked())
+        Track::FramebufferRenderbuffer(attachment, renderbuffer);
+    frame.Record(target, attachment, renderbuffertarget, renderbuffer);
 }
 
 void _glGenFramebuffers(GLsizei n, GLuint* framebuffers)
 {
-    Trace(Calls::glGenFramebuffers, n, InArray(framebuffers, n));
+    CFrame frame(Calls::glGenFramebuffers, n, framebuffers);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::GenFramebuffers(n, framebuffers);
+    frame.Record(n, InArray(framebuffers, n));
 }
 
 void _glGenRenderbuffers(GLsizei n, GLuint* renderbuffers)
 {
-    Trace(Calls::glGenRenderbuffers, n, InArray(renderbuffers, n));
+    CFrame frame(Calls::glGenRenderbuffers, n, renderbuffers);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::GenRenderbuffers(n, renderbuffers);
+    frame.Record(n, InArray(renderbuffers, n));
 }
 
 void _glGetFramebufferAttachmentParameteriv(GLenum target, GLenum attachment, GLenum pname, GLint* params)
@@ -64,8 +96,10 @@ void _glReadPixels(GLint x, GLint y, GLsizei width, GLsizei height, GLenum forma
     frame.CallHost();
     // On purpose: a pack operation measured with the unpack alignment, here and in its kin.
     GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
-    frame.Record(x, y, width, height, format, type,
-                 Bytes(pixels, GlImage2DSize(format, type, width, height, alignment, 0)), alignment);
+    CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
+                             Layout2D(format, type, width, height, alignment, 0), HostInteger,
+                             GL_PACK_ALIGNMENT);
+    frame.Record(x, y, width, height, format, type, ImageBytes(pixels, image), alignment);
 }
 
 void _glRenderbufferStorage(GLenum target, GLenum internalformat, GLsizei width, GLsizei height)
@@ -123,8 +157,10 @@ void _glReadnPixelsEXT(GLint x, GLint y, GLsizei width, GLsizei height, GLenum f
     frame.CallHost();
     GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
     // On purpose: bufSize does not bound the size.
-    frame.Record(x, y, width, height, format, type, bufSize,
-                 Bytes(data, GlImage2DSize(format, type, width, height, alignment, 0)), alignment);
+    CPaddedImage const image(frame.UsesData() ? data : nullptr,
+                             Layout2D(format, type, width, height, alignment, 0), HostInteger,
+                             GL_PACK_ALIGNMENT);
+    frame.Record(x, y, width, height, format, type, bufSize, ImageBytes(data, image), alignment);
 }
 
 }  // namespace Es2

@@ -1,15 +1,27 @@
 // GLES2 wrappers: shaders and programs.
 #include "wrappers/calls.h"
+#include "wrappers/es2/track.h"
 #include "wrappers/substitute.h"
 
 namespace Es2
 {
 
-void _glAttachShader(GLuint program, GLuint shader) { Trace(Calls::glAttachShader, program, shader); }
+void _glAttachShader(GLuint program, GLuint shader)
+{
+    CFrame frame(Calls::glAttachShader, program, shader);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::AttachShader(program, shader);
+    frame.Record(program, shader);
+}
 
 void _glBindAttribLocation(GLuint program, GLuint index, const GLchar* name)
 {
-    Trace(Calls::glBindAttribLocation, program, index, Text(name));
+    CFrame frame(Calls::glBindAttribLocation, program, index, name);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::BindAttribLocation(program, index, name);
+    frame.Record(program, index, Text(name));
 }
 
 void _glCompileShader(GLuint shader) { Trace(Calls::glCompileShader, shader); }
@@ -19,6 +31,8 @@ GLuint _glCreateProgram(GLuint replayedProgram)
     CFrame frame(Calls::glCreateProgram);
     frame.SetDefault(replayedProgram);
     frame.CallHost();
+    if (frame.MayTrack())
+        Track::CreateProgram(frame.Result());
     frame.Record();
     return frame.Result();
 }
@@ -28,15 +42,38 @@ GLuint _glCreateShader(GLenum type, GLuint replayedShader)
     CFrame frame(Calls::glCreateShader, type);
     frame.SetDefault(replayedShader);
     frame.CallHost();
+    if (frame.MayTrack())
+        Track::CreateShader(frame.Result(), type);
     frame.Record(type);
     return frame.Result();
 }
 
-void _glDeleteProgram(GLuint program) { Trace(Calls::glDeleteProgram, program); }
+void _glDeleteProgram(GLuint program)
+{
+    CFrame frame(Calls::glDeleteProgram, program);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::DeleteProgram(program);
+    frame.Record(program);
+}
 
-void _glDeleteShader(GLuint shader) { Trace(Calls::glDeleteShader, shader); }
+void _glDeleteShader(GLuint shader)
+{
+    CFrame frame(Calls::glDeleteShader, shader);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::DeleteShader(shader);
+    frame.Record(shader);
+}
 
-void _glDetachShader(GLuint program, GLuint shader) { Trace(Calls::glDetachShader, program, shader); }
+void _glDetachShader(GLuint program, GLuint shader)
+{
+    CFrame frame(Calls::glDetachShader, program, shader);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::DetachShader(program, shader);
+    frame.Record(program, shader);
+}
 
 void _glGetActiveAttrib(GLuint program, GLuint index, GLsizei bufSize, GLsizei* length, GLint* size,
                         GLenum* type, GLchar* name)
@@ -102,7 +139,14 @@ GLboolean _glIsProgram(GLuint program) { return Trace(Calls::glIsProgram, progra
 
 GLboolean _glIsShader(GLuint shader) { return Trace(Calls::glIsShader, shader); }
 
-void _glLinkProgram(GLuint program) { Trace(Calls::glLinkProgram, program); }
+void _glLinkProgram(GLuint program)
+{
+    CFrame frame(Calls::glLinkProgram, program);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::LinkProgram(program);
+    frame.Record(program);
+}
 
 void _glReleaseShaderCompiler() { Trace(Calls::glReleaseShaderCompiler); }
 
@@ -114,10 +158,21 @@ void _glShaderBinary(GLsizei count, const GLuint* shaders, GLenum binaryFormat, 
 
 void _glShaderSource(GLuint shader, GLsizei count, const GLchar* const* string, const GLint* length)
 {
-    Trace(Calls::glShaderSource, shader, count, TextList(string, count, length), InArray(length, count));
+    CFrame frame(Calls::glShaderSource, shader, count, string, length);
+    frame.CallHost();
+    if (frame.MayTrackData())
+        Track::ShaderSource(shader, count, string);
+    frame.Record(shader, count, TextList(string, count, length), InArray(length, count));
 }
 
-void _glUseProgram(GLuint program) { Trace(Calls::glUseProgram, program); }
+void _glUseProgram(GLuint program)
+{
+    CFrame frame(Calls::glUseProgram, program);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::UseProgram(program);
+    frame.Record(program);
+}
 
 void _glValidateProgram(GLuint program) { Trace(Calls::glValidateProgram, program); }
 

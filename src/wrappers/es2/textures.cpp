@@ -1,5 +1,6 @@
 // GLES2 wrappers: textures.
 #include "wrappers/calls.h"
+#include "wrappers/es2/track.h"
 #include "wrappers/host_queries.h"
 #include "wrappers/sizing.h"
 
@@ -13,8 +14,13 @@ void _glBindTexture(GLenum target, GLuint texture) { Trace(Calls::glBindTexture,
 void _glCompressedTexImage2D(GLenum target, GLint level, GLenum internalformat, GLsizei width, GLsizei height,
                              GLint border, GLsizei imageSize, const void* data)
 {
-    Trace(Calls::glCompressedTexImage2D, target, level, internalformat, width, height, border, imageSize,
-          Bytes(data, imageSize));
+    CFrame frame(Calls::glCompressedTexImage2D, target, level, internalformat, width, height, border,
+                 imageSize, data);
+    frame.CallHost();
+    if (frame.MayTrackData())
+        Track::TexImage2D({target, level, static_cast<GLint>(internalformat), width, height, border,
+                           internalformat, 0, HostInteger(GL_PACK_ALIGNMENT), data, imageSize});
+    frame.Record(target, level, internalformat, width, height, border, imageSize, Bytes(data, imageSize));
 }
 
 void _glCompressedTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLsizei width,
@@ -43,10 +49,21 @@ void _glDeleteTextures(GLsizei n, const GLuint* textures)
 
 void _glFramebufferTexture2D(GLenum target, GLenum attachment, GLenum textarget, GLuint texture, GLint level)
 {
-    Trace(Calls::glFramebufferTexture2D, target, attachment, textarget, texture, level);
+    CFrame frame(Calls::glFramebufferTexture2D, target, attachment, textarget, texture, level);
+    frame.CallHost();
+    if (frame.HostChecked())
+        Track::FramebufferTexture2D(attachment, textarget, texture, level);
+    frame.Record(target, attachment, textarget, texture, level);
 }
 
-void _glGenerateMipmap(GLenum target) { Trace(Calls::glGenerateMipmap, target); }
+void _glGenerateMipmap(GLenum target)
+{
+    CFrame frame(Calls::glGenerateMipmap, target);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::GenerateMipmap(target);
+    frame.Record(target);
+}
 
 void _glGenTextures(GLsizei n, GLuint* textures) { Trace(Calls::glGenTextures, n, InArray(textures, n)); }
 
@@ -72,28 +89,50 @@ void _glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei wid
         if (!frame.IsTimed())
             alignment = HostInteger(GL_PACK_ALIGNMENT);
     });
+    CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
+                             Layout2D(format, type, width, height, alignment, border), HostInteger,
+                             GL_UNPACK_ALIGNMENT);
+    if (frame.MayTrackData())
+        Track::TexImage2D(
+            {target, level, internalformat, width, height, border, format, type, alignment, image.Data(), 0});
     frame.Record(target, level, internalformat, width, height, border, format, type,
-                 Bytes(pixels, GlImage2DSize(format, type, width, height, alignment, border)), alignment);
+                 ImageBytes(pixels, image), alignment);
 }
 
 void _glTexParameterf(GLenum target, GLenum pname, GLfloat param)
 {
-    Trace(Calls::glTexParameterf, target, pname, param);
+    CFrame frame(Calls::glTexParameterf, target, pname, param);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::TexParameterf(target, pname, param);
+    frame.Record(target, pname, param);
 }
 
 void _glTexParameterfv(GLenum target, GLenum pname, const GLfloat* params)
 {
-    Trace(Calls::glTexParameterfv, target, pname, InArray(params, GlTexParamSize(pname)));
+    CFrame frame(Calls::glTexParameterfv, target, pname, params);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::TexParameterfv(target, pname, params);
+    frame.Record(target, pname, InArray(params, GlTexParamSize(pname)));
 }
 
 void _glTexParameteri(GLenum target, GLenum pname, GLint param)
 {
-    Trace(Calls::glTexParameteri, target, pname, param);
+    CFrame frame(Calls::glTexParameteri, target, pname, param);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::TexParameteri(target, pname, param);
+    frame.Record(target, pname, param);
 }
 
 void _glTexParameteriv(GLenum target, GLenum pname, const GLint* params)
 {
-    Trace(Calls::glTexParameteriv, target, pname, InArray(params, GlTexParamSize(pname)));
+    CFrame frame(Calls::glTexParameteriv, target, pname, params);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::TexParameteriv(target, pname, params);
+    frame.Record(target, pname, InArray(params, GlTexParamSize(pname)));
 }
 
 void _glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLsizei width, GLsizei height,
@@ -102,16 +141,27 @@ void _glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, 
     CFrame frame(Calls::glTexSubImage2D, target, level, xoffset, yoffset, width, height, format, type,
                  pixels);
     frame.CallHost();
-    GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
-    frame.Record(target, level, xoffset, yoffset, width, height, format, type,
-                 Bytes(pixels, GlImage2DSize(format, type, width, height, alignment, 0)), alignment);
+    // The tracker copies rows as the application has them, the record measures them as the driver reads them.
+    GLint const alignment = frame.UsesData() || frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
+    CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
+                             Layout2D(format, type, width, height, alignment, 0), HostInteger,
+                             GL_UNPACK_ALIGNMENT);
+    if (frame.MayTrackData())
+        Track::TexSubImage2D(
+            {target, level, xoffset, yoffset, width, height, format, type, pixels, image.Readable()});
+    frame.Record(target, level, xoffset, yoffset, width, height, format, type, ImageBytes(pixels, image),
+                 alignment);
 }
 
 void _glFramebufferTexture2DMultisampleNBX(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
                                            GLint level, GLsizei samples)
 {
-    Trace(Calls::glFramebufferTexture2DMultisampleNBX, target, attachment, textarget, texture, level,
-          samples);
+    CFrame frame(Calls::glFramebufferTexture2DMultisampleNBX, target, attachment, textarget, texture, level,
+                 samples);
+    frame.CallHost();
+    if (frame.HostChecked())
+        Track::FramebufferTexture2D(attachment, textarget, texture, level);
+    frame.Record(target, attachment, textarget, texture, level, samples);
 }
 
 void _glTexBindStreamNBX(GLint device, GLint deviceoffset)
@@ -141,9 +191,11 @@ void _glTexImage3DOES(GLenum target, GLint level, GLenum internalformat, GLsizei
                  type, pixels);
     frame.CallHost();
     GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
+    CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
+                             Layout3D(format, type, width, height, depth, alignment, border), HostInteger,
+                             GL_UNPACK_ALIGNMENT);
     frame.Record(target, level, internalformat, width, height, depth, border, format, type,
-                 Bytes(pixels, GlImage3DSize(format, type, width, height, depth, alignment, border)),
-                 alignment);
+                 ImageBytes(pixels, image), alignment);
 }
 
 void _glTexSubImage3DOES(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLint zoffset,
@@ -154,8 +206,11 @@ void _glTexSubImage3DOES(GLenum target, GLint level, GLint xoffset, GLint yoffse
                  format, type, pixels);
     frame.CallHost();
     GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
+    CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
+                             Layout3D(format, type, width, height, depth, alignment, 0), HostInteger,
+                             GL_UNPACK_ALIGNMENT);
     frame.Record(target, level, xoffset, yoffset, zoffset, width, height, depth, format, type,
-                 Bytes(pixels, GlImage3DSize(format, type, width, height, depth, alignment, 0)), alignment);
+                 ImageBytes(pixels, image), alignment);
 }
 
 void _glCopyTexSubImage3DOES(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLint zoffset, GLint x,

@@ -1,13 +1,55 @@
 // GLES2 wrappers: vertex attributes and vertex array objects.
 #include "wrappers/calls.h"
+#include "wrappers/es2/track.h"
 #include "wrappers/sizing.h"
 
 namespace Es2
 {
 
-void _glDisableVertexAttribArray(GLuint index) { Trace(Calls::glDisableVertexAttribArray, index); }
+namespace
+{
 
-void _glEnableVertexAttribArray(GLuint index) { Trace(Calls::glEnableVertexAttribArray, index); }
+// A generic constant, its components as arguments.
+template <typename Call, typename... T>
+void TraceVertexAttrib(Call const& call, GLuint index, T... components)
+{
+    CFrame frame(call, index, components...);
+    frame.CallHost();
+    GLfloat const values[] = {components...};
+    if (frame.MayTrack())
+        Track::VertexAttrib(index, sizeof...(components), values);
+    frame.Record(index, components...);
+}
+
+template <typename Call>
+void TraceVertexAttribArray(Call const& call, GLuint index, const GLfloat* v, GLuint components)
+{
+    CFrame frame(call, index, v);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::VertexAttrib(index, components, v);
+    frame.Record(index, FixedArray(v, components));
+}
+
+}  // namespace
+
+void _glDisableVertexAttribArray(GLuint index)
+{
+    CFrame frame(Calls::glDisableVertexAttribArray, index);
+    frame.CallHost();
+    if (frame.Succeeded())
+        Track::EnableVertexAttribArray(index, false);
+    frame.Record(index);
+}
+
+void _glEnableVertexAttribArray(GLuint index)
+{
+    CFrame frame(Calls::glEnableVertexAttribArray, index);
+    frame.CallHost();
+    if (frame.Succeeded())
+        Track::EnableVertexAttribArray(index, true);
+    frame.Record(index);
+}
 
 void _glGetVertexAttribfv(GLuint index, GLenum pname, GLfloat* params)
 {
@@ -24,56 +66,80 @@ void _glGetVertexAttribPointerv(GLuint index, GLenum pname, void** pointer)
     Trace(Calls::glGetVertexAttribPointerv, index, pname, OutLowByte(pointer));
 }
 
-void _glVertexAttrib1f(GLuint index, GLfloat x) { Trace(Calls::glVertexAttrib1f, index, x); }
+void _glVertexAttrib1f(GLuint index, GLfloat x) { TraceVertexAttrib(Calls::glVertexAttrib1f, index, x); }
 
 void _glVertexAttrib1fv(GLuint index, const GLfloat* v)
 {
-    Trace(Calls::glVertexAttrib1fv, index, FixedArray(v, 1));
+    TraceVertexAttribArray(Calls::glVertexAttrib1fv, index, v, 1);
 }
 
-void _glVertexAttrib2f(GLuint index, GLfloat x, GLfloat y) { Trace(Calls::glVertexAttrib2f, index, x, y); }
+void _glVertexAttrib2f(GLuint index, GLfloat x, GLfloat y)
+{
+    TraceVertexAttrib(Calls::glVertexAttrib2f, index, x, y);
+}
 
 void _glVertexAttrib2fv(GLuint index, const GLfloat* v)
 {
-    Trace(Calls::glVertexAttrib2fv, index, FixedArray(v, 2));
+    TraceVertexAttribArray(Calls::glVertexAttrib2fv, index, v, 2);
 }
 
 void _glVertexAttrib3f(GLuint index, GLfloat x, GLfloat y, GLfloat z)
 {
-    Trace(Calls::glVertexAttrib3f, index, x, y, z);
+    TraceVertexAttrib(Calls::glVertexAttrib3f, index, x, y, z);
 }
 
 void _glVertexAttrib3fv(GLuint index, const GLfloat* v)
 {
-    Trace(Calls::glVertexAttrib3fv, index, FixedArray(v, 3));
+    TraceVertexAttribArray(Calls::glVertexAttrib3fv, index, v, 3);
 }
 
 void _glVertexAttrib4f(GLuint index, GLfloat x, GLfloat y, GLfloat z, GLfloat w)
 {
-    Trace(Calls::glVertexAttrib4f, index, x, y, z, w);
+    TraceVertexAttrib(Calls::glVertexAttrib4f, index, x, y, z, w);
 }
 
 void _glVertexAttrib4fv(GLuint index, const GLfloat* v)
 {
-    Trace(Calls::glVertexAttrib4fv, index, FixedArray(v, 4));
+    TraceVertexAttribArray(Calls::glVertexAttrib4fv, index, v, 4);
 }
 
 void _glVertexAttribPointer(GLuint index, GLint size, GLenum type, GLboolean normalized, GLsizei stride,
                             const void* pointer)
 {
-    Trace(Calls::glVertexAttribPointer, index, size, type, normalized, stride, pointer);
+    CFrame frame(Calls::glVertexAttribPointer, index, size, type, normalized, stride, pointer);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::VertexAttribIsArray(index);
+    if (frame.SucceededWithData())
+        Track::VertexAttribPointer(index, size, type, normalized, stride, pointer);
+    frame.Record(index, size, type, normalized, stride, pointer);
 }
 
-void _glBindVertexArrayOES(GLuint array) { Trace(Calls::glBindVertexArrayOES, array); }
+void _glBindVertexArrayOES(GLuint array)
+{
+    CFrame frame(Calls::glBindVertexArrayOES, array);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::BindVertexArray(array);
+    frame.Record(array);
+}
 
 void _glDeleteVertexArraysOES(GLsizei n, const GLuint* arrays)
 {
-    Trace(Calls::glDeleteVertexArraysOES, n, InArray(arrays, n));
+    CFrame frame(Calls::glDeleteVertexArraysOES, n, arrays);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::DeleteVertexArrays(n, arrays);
+    frame.Record(n, InArray(arrays, n));
 }
 
 void _glGenVertexArraysOES(GLsizei n, GLuint* arrays)
 {
-    Trace(Calls::glGenVertexArraysOES, n, InArray(arrays, n));
+    CFrame frame(Calls::glGenVertexArraysOES, n, arrays);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::GenVertexArrays(n, arrays);
+    frame.Record(n, InArray(arrays, n));
 }
 
 GLboolean _glIsVertexArrayOES(GLuint array) { return Trace(Calls::glIsVertexArrayOES, array); }

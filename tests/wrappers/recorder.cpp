@@ -41,6 +41,7 @@ void ResetSettings()
     config.m_eglLibraryPath = FakeLibrary("fakeEGL").c_str();
     config.m_es1LibraryPath = FakeLibrary("fakeGLESv1").c_str();
     config.m_es2LibraryPath = FakeLibrary("fakeGLESv2").c_str();
+    config.m_es3LibraryPath = "";
     for (bool* off :
          {&STraceConfig::m_bRecordData, &STraceConfig::m_saveFrameBuffer, &STraceConfig::m_bNetworkControl,
           &STraceConfig::m_bNetworkWait, &STraceConfig::m_sendOverNetwork,

@@ -43,6 +43,15 @@ class Examples(ScratchTest):
         self.assertEqual(draws_and_swaps(trace.counts()), "draws 12 swaps 3")
         self.assertEqual(trace.counts()["glCompileShader"], 0)
 
+    # Client-side arrays travel in the records of the draws that read them.
+    def test_draws_from_client_arrays_carry_the_arrays(self):
+        self.record_well("--frames", "0", "--", CLIENT_ARRAYS, "--frames", "1", "--size", "64x64")
+        stem = self.trace().of("glDrawArrays")[0].payload
+        # Error word, mode, first, count, then the one enabled array: index, pointer, size and four corners.
+        corners = struct.pack("<8f", -0.035, -1.0, 0.035, -1.0, -0.02, -0.1, 0.02, -0.1)
+        self.assertEqual(stem[:16], struct.pack("<4I", 0, 5, 0, 4))
+        self.assertEqual(stem[-len(corners) :], corners)
+
 
 if __name__ == "__main__":
     unittest.main()

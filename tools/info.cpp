@@ -57,6 +57,7 @@ private:
     DecodedCall m_call;
     Api m_api = Api::Any;
     uint64_t m_snapshot = 0;
+    uint64_t m_firstUnfinished = 0;  // offset of the first unfinished call
 };
 
 void Summary::Read(Reader& reader)
@@ -71,14 +72,18 @@ void Summary::Read(Reader& reader)
         else
             ++(record.type == RecordType::ThreadChange ? threadChanges : stateMarkers);
     }
+    // Only a file tells ahead where the snapshot begins.
+    uint64_t const snapshot = reader.SnapshotPosition().value_or(0);
+    if (snapshot != 0 && m_firstUnfinished >= snapshot)
+        unfinishedCalls = 0;
 }
 
 void Summary::AddCall(Record const& record)
 {
     ++calls;
     CountThread(record.thread);
-    if (m_snapshot == 0 || record.offset < m_snapshot)
-        ++unfinishedCalls;
+    if ((m_snapshot == 0 || record.offset < m_snapshot) && unfinishedCalls++ == 0)
+        m_firstUnfinished = record.offset;
     bool const decoded = Decode(record.id, m_api, record.payload, m_call);
     Api const api = decoded ? m_call.GetApi() : Api::Any;
     ++m_functions[{api, record.id}];

@@ -62,15 +62,16 @@ STraceConfig::STraceConfig()
     // visibility from here on, before any configuration has been read.
     for (CNEBTString const* path : {&m_eglLibraryPath, &m_es2LibraryPath, &m_es1LibraryPath})
         dlopen(path->c_str(), RTLD_NOW | RTLD_GLOBAL);
+    dlerror();  // a failure's text is not the application's to find
     constexpr int kSystemLogCode = 0x6600008;
-    constexpr int kNotice = 5;
-    Platform::SystemLog(kSystemLogCode, kNotice, "NEBTRACE record start");
+    constexpr int kSystemLogSeverity = 5;
+    Platform::SystemLog(kSystemLogCode, kSystemLogSeverity, "NEBTRACE record start");
     m_i32SwapInterval = -1;
 }
 
 STraceConfig::~STraceConfig()
 {
-    if (m_bNetworkControl)
+    if (m_bNetworkControl && m_networkInstance)
         m_networkInstance->Close();
 }
 

@@ -54,9 +54,9 @@ struct NEBTRACE_API STraceConfig
     static bool OffLineControl();
     static bool NetworkControl();
     // Told by the swap, after the frame was counted.
-    static void DoSwapBuffer() { m_isNewFrame = true; }
+    static void DoSwapBuffer();
     // Stops recording for good.
-    static void PreventSaving() { m_bPreventSaving = true; }
+    static void PreventSaving();
     static void Wait();
     static void Close();
 

@@ -115,6 +115,10 @@ bool STraceConfig::OffLineControl()
     return false;
 }
 
+void STraceConfig::DoSwapBuffer() { m_isNewFrame = true; }
+
+void STraceConfig::PreventSaving() { m_bPreventSaving = true; }
+
 void STraceConfig::Wait()
 {
     constexpr useconds_t kHalfASecond = 500000;
@@ -123,6 +127,6 @@ void STraceConfig::Wait()
 
 void STraceConfig::Close()
 {
-    if (m_bNetworkControl)
+    if (m_bNetworkControl && m_networkInstance)
         m_networkInstance->Close();
 }

@@ -20,13 +20,14 @@ struct SLoadHooks
         if (std::getenv(kQueryOnly))
             return;
         CreateThreadBlockKey();
+        WatchForks();
         CTraceRecordManager::Initialize();
     }
     ~SLoadHooks()
     {
         if (std::getenv(kQueryOnly))
             return;
-        ReleaseCurrentThreadBlock();
+        DeleteThreadBlockKey();
         CTraceRecordManager::TraceClose(true);
     }
 };

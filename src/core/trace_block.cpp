@@ -1,7 +1,9 @@
 #include "core/trace_block.h"
+#include "core/config.h"
 #include "core/trace_record_manager.h"
 #include "platform/platform.h"
 #include <cstring>
+#include <new>
 #include <pthread.h>
 
 namespace
@@ -12,7 +14,8 @@ namespace
 struct SErrorCheckMutex
 {
     pthread_mutex_t mutex;
-    SErrorCheckMutex()
+    SErrorCheckMutex() { Init(); }
+    void Init()
     {
         pthread_mutexattr_t attributes;
         pthread_mutexattr_init(&attributes);
@@ -27,6 +30,10 @@ SErrorCheckMutex& TraceMutex()
     static SErrorCheckMutex mutex;
     return mutex;
 }
+
+// Cancellation is off inside the section: a thread cancelled in the middle of a write would leave it entered.
+// Guarded by the section.
+int s_cancelState = 0;
 
 pthread_key_t s_threadBlockKey;
 bool s_bKeyCreated = false;
@@ -95,6 +102,8 @@ void WriteValuesAndData(STraceBlockImpl const& block)
 
 }  // namespace
 
+bool CTraceBlock::IsCallRecursive() const { return m_pBlock == nullptr; }
+
 CTraceBlock::CTraceBlock(unsigned short id) : m_pBlock(LockThreadTraceBlock())
 {
     if (!m_pBlock)
@@ -150,12 +159,15 @@ void CTraceBlock::Cancel()
 
 STraceBlockImpl* GetThreadTraceBlock()
 {
+    CreateThreadBlockKey();
     if (!s_bKeyCreated)
-        CreateThreadBlockKey();
+        return nullptr;
     auto* block = static_cast<STraceBlockImpl*>(pthread_getspecific(s_threadBlockKey));
     if (!block)
     {
-        block = new STraceBlockImpl{};
+        block = new (std::nothrow) STraceBlockImpl{};
+        if (!block)
+            return nullptr;
         block->threadId = get_id();
         pthread_setspecific(s_threadBlockKey, block);
     }
@@ -165,6 +177,8 @@ STraceBlockImpl* GetThreadTraceBlock()
 STraceBlockImpl* LockThreadTraceBlock()
 {
     STraceBlockImpl* const block = GetThreadTraceBlock();
+    if (!block)
+        return nullptr;
     TraceEnterCriticalSection();
     if (block->bBusy)
         return nullptr;
@@ -179,24 +193,58 @@ void ReleaseThreadTraceBlock(STraceBlockImpl* block)
     TraceLeaveCriticalSection();
 }
 
-void releaseTraceBlock(void* block) { FreeBlock(static_cast<STraceBlockImpl*>(block)); }
+void releaseTraceBlock(void* block)
+{
+    if (!block && s_bKeyCreated)
+    {
+        block = pthread_getspecific(s_threadBlockKey);
+        pthread_setspecific(s_threadBlockKey, nullptr);
+    }
+    FreeBlock(static_cast<STraceBlockImpl*>(block));
+}
 
 uint64_t get_id() { return Platform::ThreadId(); }
 
-void TraceEnterCriticalSection() { pthread_mutex_lock(&TraceMutex().mutex); }
+void TraceEnterCriticalSection()
+{
+    int previous = PTHREAD_CANCEL_ENABLE;
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &previous);
+    if (pthread_mutex_lock(&TraceMutex().mutex) == 0)
+        s_cancelState = previous;
+}
 
-void TraceLeaveCriticalSection() { pthread_mutex_unlock(&TraceMutex().mutex); }
+void TraceLeaveCriticalSection()
+{
+    int const previous = s_cancelState;
+    pthread_mutex_unlock(&TraceMutex().mutex);
+    pthread_setcancelstate(previous, nullptr);
+}
 
 void CreateThreadBlockKey()
 {
-    pthread_key_create(&s_threadBlockKey, releaseTraceBlock);
-    s_bKeyCreated = true;
+    static pthread_once_t once = PTHREAD_ONCE_INIT;
+    pthread_once(&once, [] { s_bKeyCreated = pthread_key_create(&s_threadBlockKey, releaseTraceBlock) == 0; });
 }
 
-void ReleaseCurrentThreadBlock()
+void DeleteThreadBlockKey()
 {
-    if (!s_bKeyCreated)
-        return;
-    FreeBlock(static_cast<STraceBlockImpl*>(pthread_getspecific(s_threadBlockKey)));
-    pthread_setspecific(s_threadBlockKey, nullptr);
+    releaseTraceBlock(nullptr);
+    if (s_bKeyCreated)
+        pthread_key_delete(s_threadBlockKey);
+    s_bKeyCreated = false;
 }
+
+// The child has one thread, under a new ID, and a section that nobody will leave. It goes on recording only if
+// there is nothing in the file yet: a program that forks itself into the background, say. Otherwise the file is
+// the parent's, and two writers would ruin it.
+static void AfterForkInChild()
+{
+    TraceMutex().Init();
+    pthread_setcancelstate(s_cancelState, nullptr);
+    if (CTraceRecordManager::m_u64LastThreadId != 0)
+        STraceConfig::PreventSaving();
+    if (STraceBlockImpl* const block = GetThreadTraceBlock())
+        block->threadId = get_id();
+}
+
+void WatchForks() { pthread_atfork(TraceEnterCriticalSection, TraceLeaveCriticalSection, AfterForkInChild); }

@@ -42,7 +42,7 @@ public:
     // leaves a reference of size 0.
     void AppendData(unsigned int size, void const* data);
     // True when this thread already has a live block: this one then holds nothing and writes nothing.
-    bool IsCallRecursive() const { return m_pBlock == nullptr; }
+    bool IsCallRecursive() const;
     // Drops the record and releases the lock.
     void Cancel();
 
@@ -50,17 +50,21 @@ private:
     STraceBlockImpl* m_pBlock;
 };
 
-// The calling thread's record buffer, made on first use.
+// The calling thread's record buffer, made on first use; null if the system has no room for one.
 NEBTRACE_API STraceBlockImpl* GetThreadTraceBlock();
-// Enters the trace critical section. Null when the thread's buffer is in use; the section stays entered.
+// Enters the trace critical section. Null when the thread's buffer is in use, and the section stays entered
+// then; null also where there is no buffer.
 NEBTRACE_API STraceBlockImpl* LockThreadTraceBlock();
 NEBTRACE_API void ReleaseThreadTraceBlock(STraceBlockImpl* block);
-// Destructor of the thread key: frees an ending thread's buffer.
+// Destructor of the thread key: frees an ending thread's buffer. Null means the calling thread's own.
 NEBTRACE_API void releaseTraceBlock(void* block);
 NEBTRACE_API uint64_t get_id();
 NEBTRACE_API void TraceEnterCriticalSection();
 NEBTRACE_API void TraceLeaveCriticalSection();
 
-// Used by the load and unload hooks.
+// Used by the load and unload hooks. The key goes with the library: a thread that ends later must not look for
+// its destructor in code that is no longer there.
 void CreateThreadBlockKey();
-void ReleaseCurrentThreadBlock();
+void DeleteThreadBlockKey();
+// Keeps the section usable in the child of a fork.
+void WatchForks();

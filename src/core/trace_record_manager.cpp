@@ -59,8 +59,9 @@ void CreateIfAbsent(T*& object)
 template <typename T>
 void DeleteAndClear(T*& object)
 {
-    delete object;
-    object = nullptr;
+    T* const old = object;
+    object = nullptr;  // first: another thread's call may be looking
+    delete old;
 }
 
 }  // namespace

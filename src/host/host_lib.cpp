@@ -56,6 +56,8 @@ void* SHostLib::GetFunction(char const* name)
     return function;
 }
 
+bool SHostLib::LoadFailed() const { return m_bLoadFailed; }
+
 void SHostLib::CloseLib()
 {
     if (m_pHandle)

@@ -22,7 +22,7 @@ public:
     void* GetFunction(char const* name);
     // Closes the library if it is open.
     void CloseLib();
-    bool LoadFailed() const { return m_bLoadFailed; }
+    bool LoadFailed() const;
 
 protected:
     void* m_pHandle;

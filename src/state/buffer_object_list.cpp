@@ -29,6 +29,7 @@ CBufferObjectList::CBufferObjectList() : m_pHead(nullptr), m_pTail(nullptr) {}
 
 CBufferObjectList::~CBufferObjectList()
 {
+    m_pTail = nullptr;  // a thread may still be adding while the process ends
     while (m_pHead)
     {
         SBufferObject* const next = m_pHead->next;

@@ -20,7 +20,8 @@ public:
     {
         if (this == &other)
             return *this;
-        Reserve(other.m_ui32Capacity);
+        if (other.m_ui32Capacity)
+            Reserve(other.m_ui32Capacity);
         m_ui32Count = other.m_ui32Count;
         for (uint32_t i = 0; i < m_ui32Count; ++i)
             m_pData[i] = other.m_pData[i];

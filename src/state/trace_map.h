@@ -40,6 +40,8 @@ public:
         int const found = SlotOf(key);
         if (found >= 0)
             return m_ppSlots[found]->value;
+        if (!m_ppSlots)
+            StartAnew();
         ++m_i32Count;
         if (m_i32Count > m_i32Capacity)
             Grow();
@@ -93,6 +95,8 @@ private:
 
     int SlotOf(K key) const
     {
+        if (!m_ppSlots)
+            return -1;
         for (int i = 0; i < m_i32Count; ++i)
             if (m_ppSlots[i] && m_ppSlots[i]->key == key)
                 return i;
@@ -105,6 +109,14 @@ private:
         while (slot < m_i32Count - 1 && m_ppSlots[slot])
             ++slot;
         return slot;
+    }
+
+    // After destruction: a thread may still be calling while the process ends.
+    void StartAnew()
+    {
+        m_ppSlots = new SNode*[kFirstCapacity]();
+        m_i32Count = 0;
+        m_i32Capacity = kFirstCapacity;
     }
 
     void Grow()

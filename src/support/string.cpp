@@ -81,6 +81,10 @@ CNEBTString& CNEBTString::assign(uint32_t count, char c)
     return append(count, c);
 }
 
+CNEBTString& CNEBTString::assign(char c) { return assign(1, c); }
+
+CNEBTString& CNEBTString::append(char c) { return append(1, c); }
+
 CNEBTString& CNEBTString::operator=(char c) { return assign(&c, 1); }
 CNEBTString& CNEBTString::operator=(char const* text) { return assign(text); }
 CNEBTString& CNEBTString::operator=(CNEBTString const& other) { return assign(other); }

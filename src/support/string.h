@@ -25,6 +25,7 @@ public:
     CNEBTString& assign(CNEBTString const& other);
     CNEBTString& assign(CNEBTString const& other, uint32_t pos, uint32_t length);
     CNEBTString& assign(uint32_t count, char c);
+    CNEBTString& assign(char c);
     CNEBTString& operator=(char c);
     CNEBTString& operator=(char const* text);
     CNEBTString& operator=(CNEBTString const& other);
@@ -35,6 +36,7 @@ public:
     CNEBTString& append(CNEBTString const& other);
     CNEBTString& append(CNEBTString const& other, uint32_t pos, uint32_t length);
     CNEBTString& append(uint32_t count, char c);
+    CNEBTString& append(char c);
     CNEBTString& operator+=(char c);
     CNEBTString& operator+=(char const* text);
     CNEBTString& operator+=(CNEBTString const& other);

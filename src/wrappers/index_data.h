@@ -19,5 +19,6 @@ struct SIndexData
 };
 inline SIndexData IndexData(void const* indices, GLsizei count, GLenum type, bool inBuffer)
 {
-    return {indices, CountOf(count) * GlTypeSize(type), inBuffer};
+    uint64_t const size = static_cast<uint64_t>(CountOf(count)) * GlTypeSize(type);
+    return {indices, size <= UINT32_MAX ? static_cast<uint32_t>(size) : 0, inBuffer};
 }

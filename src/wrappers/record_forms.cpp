@@ -33,9 +33,8 @@ void STextList::Append(CTraceBlock& block, SRecordState) const
 
 void SAttribList::Append(CTraceBlock& block, SRecordState) const { block << SEglAttribListR(argument); }
 
-unsigned int LabelSize(GLchar const* label, GLsizei length)
+void SOutText::Append(CTraceBlock& block, SRecordState) const
 {
-    if (!label)
-        return 0;
-    return length >= 0 ? static_cast<unsigned int>(length) : static_cast<unsigned int>(std::strlen(label));
+    auto const length = argument ? strnlen(argument, CountOf(size)) : 0;
+    AppendArray(block, argument, static_cast<uint32_t>(length), 1);
 }

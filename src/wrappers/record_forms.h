@@ -8,7 +8,9 @@
 #include "core/trace_block.h"
 #include "wrappers/argument_records.h"
 #include "wrappers/padded_image.h"
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <type_traits>
 
 // What a form may look at while it appends itself.
@@ -60,7 +62,8 @@ SInVectors<T> InVectors(T* pointer, GLsizei count, uint32_t components)
     return {pointer, CountOf(count), components};
 }
 
-// Elements that the caller filled, or that glGen* made: recorded whatever the host said.
+// Elements that are recorded whatever the host said: the caller's own, and the outputs of a few calls that
+// are not gated, such as glGen* and eglInitialize.
 template <typename T>
 struct SInArray
 {
@@ -80,22 +83,24 @@ SInArray<T> InArray(T* pointer, unsigned int count)
     return {pointer, count};
 }
 
-// As many elements as the first word behind `number` says.
+// As many elements as the first word behind `number` says, and as there is room for; whatever the host said.
 template <typename T>
 struct SInArrayBehind
 {
     T* argument;
     GLsizei const* number;
+    GLsizei room;
 
     void Append(CTraceBlock& block, SRecordState) const
     {
-        AppendElements(block, argument, number ? CountOf(*number) : 0);
+        AppendElements(block, argument, number ? CountOf(std::min(*number, room)) : 0);
     }
 };
 template <typename T>
-SInArrayBehind<T> InArrayBehind(T* pointer, GLsizei const* number)
+SInArrayBehind<T> InArrayBehind(T* pointer, GLsizei const* number,
+                                GLsizei room = std::numeric_limits<GLsizei>::max())
 {
-    return {pointer, number};
+    return {pointer, number, room};
 }
 
 // Elements that the host fills: none unless the output gate is open.
@@ -116,23 +121,24 @@ SOutArray<T> OutArray(T* pointer, uint32_t count)
     return {pointer, count};
 }
 
-// Elements that the host fills, as many as it stored behind `number`: the value
-// there is the host's only when the gate is open.
+// Elements that the host fills, as many as it stored behind `number` and as the caller has room for: the
+// value there is the host's only when the gate is open.
 template <typename T>
 struct SOutArrayBehind
 {
     T* argument;
     GLint const* number;
+    GLint room;
 
     void Append(CTraceBlock& block, SRecordState state) const
     {
-        AppendElements(block, argument, state.outputValid && number ? CountOf(*number) : 0);
+        AppendElements(block, argument, state.outputValid && number ? CountOf(std::min(*number, room)) : 0);
     }
 };
 template <typename T>
-SOutArrayBehind<T> OutArrayBehind(T* pointer, GLint const* number)
+SOutArrayBehind<T> OutArrayBehind(T* pointer, GLint const* number, GLint room)
 {
-    return {pointer, number};
+    return {pointer, number, room};
 }
 
 // On purpose: one byte of the pointer that the host stores, its lowest.
@@ -147,16 +153,16 @@ struct SOutLowByte
 };
 inline SOutLowByte OutLowByte(void** pointer) { return {pointer}; }
 
-// On purpose: an output that is never recorded, on success neither, though its record has a count word.
+// On purpose: an array whose count stays 0, whatever happened, so that its contents are never recorded.
 template <typename T>
-struct SNeverFilled
+struct SNeverCounted
 {
     T* argument;
 
     void Append(CTraceBlock& block, SRecordState) const { AppendArray(block, argument, 0, sizeof(T)); }
 };
 template <typename T>
-SNeverFilled<T> NeverFilled(T* pointer)
+SNeverCounted<T> NeverCounted(T* pointer)
 {
     return {pointer};
 }
@@ -207,9 +213,6 @@ inline unsigned int ByteCount(GLsizeiptr size)
     return size > 0 && static_cast<uint64_t>(size) <= UINT32_MAX ? static_cast<unsigned int>(size) : 0;
 }
 
-// A label's bytes: the call's length, or up to the terminator where that is negative.
-unsigned int LabelSize(GLchar const* label, GLsizei length);
-
 // An image's bytes; the pointer that is recorded is the application's.
 template <typename T>
 struct SImageBytes
@@ -230,7 +233,7 @@ SImageBytes<T> ImageBytes(T* pixels, CPaddedImage const& image)
     return {pixels, &image};
 }
 
-// A terminated text, the caller's or the host's; not gated. Whatever length the call passed, strlen decides.
+// A terminated text of the caller. Whatever length the call passed, strlen decides.
 template <typename T>
 struct SText
 {
@@ -243,6 +246,17 @@ SText<T> Text(T* text)
 {
     return {text};
 }
+
+// The caller's buffer for a text, up to the terminator; not gated, so that a failed call records what the
+// buffer held. Nothing is read beyond the buffer's size.
+struct SOutText
+{
+    GLchar* argument;
+    GLsizei size;
+
+    void Append(CTraceBlock& block, SRecordState state) const;
+};
+inline SOutText OutText(GLchar* buffer, GLsizei size) { return {buffer, size}; }
 
 // Texts with their lengths, which may be null.
 struct STextList

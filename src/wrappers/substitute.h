@@ -1,4 +1,5 @@
-// Stands in for an output pointer that the application may leave null.
+// Stands in for an output pointer that the application may leave null. The profiler's hooks see it in the
+// argument's place as the host does.
 #pragma once
 
 template <typename T>

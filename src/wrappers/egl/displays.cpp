@@ -2,7 +2,6 @@
 #include "wrappers/calls.h"
 #include "wrappers/control_code.h"
 #include "wrappers/egl/track.h"
-#include <algorithm>
 
 namespace Egl
 {
@@ -24,6 +23,7 @@ EGLBoolean _eglInitialize(EGLDisplay dpy, EGLint* major, EGLint* minor)
     frame.CallHost();
     if (frame.MayTrackData())
         Track::Initialize(dpy);
+    // On purpose: not gated.
     frame.Record(dpy, InArray(major, 1u), InArray(minor, 1u));
     return frame.Result();
 }
@@ -34,21 +34,17 @@ const char* _eglQueryString(EGLDisplay dpy, EGLint name) { return Trace(Calls::e
 
 EGLBoolean _eglGetConfigs(EGLDisplay dpy, EGLConfig* configs, EGLint config_size, EGLint* num_config)
 {
-    return Trace(Calls::eglGetConfigs, dpy, OutArrayBehind(configs, num_config), config_size,
+    return Trace(Calls::eglGetConfigs, dpy, OutArrayBehind(configs, num_config, config_size), config_size,
                  OutArray(num_config, 1));
 }
 
 EGLBoolean _eglChooseConfig(EGLDisplay dpy, const EGLint* attrib_list, EGLConfig* configs, EGLint config_size,
                             EGLint* num_config)
 {
-    CFrame frame(Calls::eglChooseConfig, dpy, attrib_list, configs, config_size, num_config);
-    frame.CallHost();
     // On purpose: not gated. What stands behind num_config after a failure is the caller's, and is believed
     // only up to the room that it gave.
-    EGLint const chosen = num_config ? std::min(*num_config, config_size) : 0;
-    frame.Record(dpy, AttribList(attrib_list), InArray(configs, chosen), config_size,
-                 InArray(num_config, 1u));
-    return frame.Result();
+    return Trace(Calls::eglChooseConfig, dpy, AttribList(attrib_list),
+                 InArrayBehind(configs, num_config, config_size), config_size, InArray(num_config, 1u));
 }
 
 EGLBoolean _eglGetConfigAttrib(EGLDisplay dpy, EGLConfig config, EGLint attribute, EGLint* value)

@@ -1,23 +1,10 @@
 // EGL wrappers: function lookup and errors, which depart from the frame.
 #include "support/log.h"
 #include "wrappers/calls.h"
+#include "wrappers/keep_mark.h"
 
 namespace
 {
-
-// Keeps a mark of use as it was: a lookup is not the application's use of an API.
-class CKeepMark
-{
-public:
-    explicit CKeepMark(bool& mark) : m_mark(mark), m_kept(mark) {}
-    ~CKeepMark() { m_mark = m_kept; }
-    CKeepMark(CKeepMark const&) = delete;
-    CKeepMark& operator=(CKeepMark const&) = delete;
-
-private:
-    bool& m_mark;
-    bool const m_kept;
-};
 
 AnyFunction ExchangeInEs1(char const* name, AnyFunction pointer)
 {
@@ -53,10 +40,10 @@ __eglMustCastToProperFunctionPointerType _eglGetProcAddress(const char* procname
     frame.CallHost();
     frame.Record(Always(Text(procname)));
     AnyFunction const pointer = frame.Result();
-    if (!pointer)
+    if (!pointer || !procname)
     {
         LogMessage("eglGetProcAddress Extension Error: %s", procname ? procname : "");
-        return nullptr;
+        return pointer;
     }
     AnyFunction const wrapper = Exchange(procname, pointer);
     return wrapper ? wrapper : pointer;

@@ -7,8 +7,7 @@ namespace Egl
 {
 
 EGLSurface _eglCreateWindowSurface(EGLDisplay dpy, EGLConfig config, void* win, const EGLint* attrib_list,
-                                   void* replayedSurface, void* configAttribs, int windowField1,
-                                   int windowField2)
+                                   void* replayedSurface, void* configAttribs, int width, int height)
 {
     CFrame frame(Calls::eglCreateWindowSurface, dpy, config, win, attrib_list);
     frame.SetDefault(replayedSurface);
@@ -16,21 +15,21 @@ EGLSurface _eglCreateWindowSurface(EGLDisplay dpy, EGLConfig config, void* win, 
     CConfigAttribs known(configAttribs);
     if (frame.HostChecked())
         known.Ask(config, dpy);
-    if (frame.Succeeded() && windowField1 == 0 && windowField2 == 0)
+    if (frame.Succeeded() && width == 0 && height == 0)
     {
         // The application's own call: only the host knows the window's size.
-        EglHost()->eglQuerySurface(dpy, frame.Result(), EGL_WIDTH, &windowField1);
-        EglHost()->eglQuerySurface(dpy, frame.Result(), EGL_HEIGHT, &windowField2);
+        EglHost()->eglQuerySurface(dpy, frame.Result(), EGL_WIDTH, &width);
+        EglHost()->eglQuerySurface(dpy, frame.Result(), EGL_HEIGHT, &height);
     }
     if (frame.MayTrackData())
-        Track::CreateWindowSurface({frame.Result(), dpy, config, win, attrib_list, known.Ask(config, dpy),
-                                    windowField1, windowField2});
+        Track::CreateWindowSurface(
+            {frame.Result(), dpy, config, win, attrib_list, known.Ask(config, dpy), width, height});
     if (!frame.RecordsData())
         frame.Record(dpy, config, win, attrib_list);
     else if (frame.IsRecording())
     {
         CConfigAttribs recorded;
-        frame.Record(dpy, config, win, windowField1, windowField2, AttribList(attrib_list),
+        frame.Record(dpy, config, win, width, height, AttribList(attrib_list),
                      AttribList(known.Ask(config, dpy)), config, AttribList(recorded.Ask(config, dpy)));
     }
     return frame.Result();

@@ -1,6 +1,7 @@
 // EGL wrappers: the swap, which is the frame's clock.
 #include "wrappers/calls.h"
 #include "wrappers/egl/track.h"
+#include "wrappers/keep_mark.h"
 #include <cstdlib>
 
 namespace
@@ -21,8 +22,11 @@ struct SFrameSize
 // Room for rows that a pack alignment of 8 pads, which the record does not count.
 bool ReservePixels(SFrameSize size)
 {
-    std::size_t const row = (static_cast<std::size_t>(size.width) * 4 + 7) / 8 * 8;
-    std::size_t const needed = row * static_cast<std::size_t>(size.height);
+    uint64_t const row = (static_cast<uint64_t>(size.width) * 4 + 7) / 8 * 8;
+    uint64_t const padded = row * static_cast<uint64_t>(size.height);
+    if (padded > UINT32_MAX)
+        return false;  // more than a record can count
+    auto const needed = static_cast<std::size_t>(padded);
     if (needed <= s_framePixelsCapacity && s_pFramePixels)
         return true;
     void* const larger = std::realloc(s_pFramePixels, needed ? needed : 1);
@@ -42,9 +46,8 @@ SFrameSize ReadFrame(EGLDisplay display, EGLSurface surface)
     EglHost()->eglQuerySurface(display, surface, EGL_HEIGHT, &size.height);
     if (size.width < 0 || size.height < 0 || !ReservePixels(size))
         return {};
-    bool const es2Used = STraceConfig::m_bES2Used;
+    CKeepMark const keep(STraceConfig::m_bES2Used);
     Es2Host()->glReadPixels(0, 0, size.width, size.height, GL_RGBA, GL_UNSIGNED_BYTE, s_pFramePixels);
-    STraceConfig::m_bES2Used = es2Used;
     return size;
 }
 

@@ -41,18 +41,30 @@ GLboolean _glUnmapBufferOES(GLenum target)
     if (frame.IsRecording() && frame.MayCallHost())
         copy.Take(*Es1Host(), target);
     frame.CallHost();
+    if (frame.HostRan())
+        ForgetMappedRange(*Es1Host(), target);
     frame.Record(target, Always(Bytes(copy.Data(), copy.Size())));
     return frame.Result();
 }
 
 void* _glMapBufferRangeEXT(GLenum target, GLintptr offset, GLsizeiptr length, GLbitfield access)
 {
-    return Trace(Calls::glMapBufferRangeEXT, target, offset, length, access);
+    CFrame frame(Calls::glMapBufferRangeEXT, target, offset, length, access);
+    frame.CallHost();
+    if (frame.Result())
+        RememberMappedRange(*Es1Host(), target, length);
+    frame.Record(target, offset, length, access);
+    return frame.Result();
 }
 
 void _glFlushMappedBufferRangeEXT(GLenum target, GLintptr offset, GLsizeiptr length)
 {
     Trace(Calls::glFlushMappedBufferRangeEXT, target, offset, length);
+}
+
+void _glGetBufferPointervOES(GLenum target, GLenum pname, void** params)
+{
+    Trace(Calls::glGetBufferPointervOES, target, pname, OutLowByte(params));
 }
 
 }  // namespace Es1

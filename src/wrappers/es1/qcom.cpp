@@ -6,6 +6,7 @@
 namespace Es1
 {
 
+// On purpose: as many words behind num as the array has room for.
 void _glGetDriverControlsQCOM(GLint* num, GLsizei size, GLuint* driverControls)
 {
     Trace(Calls::glGetDriverControlsQCOM, OutArray(num, CountOf(size)), size,
@@ -16,7 +17,7 @@ void _glGetDriverControlStringQCOM(GLuint driverControl, GLsizei bufSize, GLsize
                                    GLchar* driverControlString)
 {
     Trace(Calls::glGetDriverControlStringQCOM, driverControl, bufSize, OutArray(length, 1),
-          Text(driverControlString));
+          OutText(driverControlString, bufSize));
 }
 
 void _glEnableDriverControlQCOM(GLuint driverControl)
@@ -31,26 +32,26 @@ void _glDisableDriverControlQCOM(GLuint driverControl)
 
 void _glExtGetTexturesQCOM(GLuint* textures, GLint maxTextures, GLint* numTextures)
 {
-    Trace(Calls::glExtGetTexturesQCOM, OutArrayBehind(textures, numTextures), maxTextures,
+    Trace(Calls::glExtGetTexturesQCOM, OutArrayBehind(textures, numTextures, maxTextures), maxTextures,
           OutArray(numTextures, 1));
 }
 
 void _glExtGetBuffersQCOM(GLuint* buffers, GLint maxBuffers, GLint* numBuffers)
 {
-    Trace(Calls::glExtGetBuffersQCOM, OutArrayBehind(buffers, numBuffers), maxBuffers,
+    Trace(Calls::glExtGetBuffersQCOM, OutArrayBehind(buffers, numBuffers, maxBuffers), maxBuffers,
           OutArray(numBuffers, 1));
 }
 
 void _glExtGetRenderbuffersQCOM(GLuint* renderbuffers, GLint maxRenderbuffers, GLint* numRenderbuffers)
 {
-    Trace(Calls::glExtGetRenderbuffersQCOM, OutArrayBehind(renderbuffers, numRenderbuffers), maxRenderbuffers,
-          OutArray(numRenderbuffers, 1));
+    Trace(Calls::glExtGetRenderbuffersQCOM, OutArrayBehind(renderbuffers, numRenderbuffers, maxRenderbuffers),
+          maxRenderbuffers, OutArray(numRenderbuffers, 1));
 }
 
 void _glExtGetFramebuffersQCOM(GLuint* framebuffers, GLint maxFramebuffers, GLint* numFramebuffers)
 {
-    Trace(Calls::glExtGetFramebuffersQCOM, OutArrayBehind(framebuffers, numFramebuffers), maxFramebuffers,
-          OutArray(numFramebuffers, 1));
+    Trace(Calls::glExtGetFramebuffersQCOM, OutArrayBehind(framebuffers, numFramebuffers, maxFramebuffers),
+          maxFramebuffers, OutArray(numFramebuffers, 1));
 }
 
 void _glExtGetTexLevelParameterivQCOM(GLuint texture, GLenum face, GLint level, GLenum pname, GLint* params)
@@ -84,13 +85,13 @@ void _glExtGetBufferPointervQCOM(GLenum target, void** params)
 
 void _glExtGetShadersQCOM(GLuint* shaders, GLint maxShaders, GLint* numShaders)
 {
-    Trace(Calls::glExtGetShadersQCOM, OutArrayBehind(shaders, numShaders), maxShaders,
+    Trace(Calls::glExtGetShadersQCOM, OutArrayBehind(shaders, numShaders, maxShaders), maxShaders,
           OutArray(numShaders, 1));
 }
 
 void _glExtGetProgramsQCOM(GLuint* programs, GLint maxPrograms, GLint* numPrograms)
 {
-    Trace(Calls::glExtGetProgramsQCOM, OutArrayBehind(programs, numPrograms), maxPrograms,
+    Trace(Calls::glExtGetProgramsQCOM, OutArrayBehind(programs, numPrograms, maxPrograms), maxPrograms,
           OutArray(numPrograms, 1));
 }
 

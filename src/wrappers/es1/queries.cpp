@@ -12,12 +12,12 @@ void _glGetBooleanv(GLenum pname, GLboolean* data)
 
 void _glGetClipPlanef(GLenum plane, GLfloat* equation)
 {
-    Trace(Calls::glGetClipPlanef, plane, NeverFilled(equation));
+    Trace(Calls::glGetClipPlanef, plane, NeverCounted(equation));
 }
 
 void _glGetClipPlanex(GLenum plane, GLfixed* equation)
 {
-    Trace(Calls::glGetClipPlanex, plane, NeverFilled(equation));
+    Trace(Calls::glGetClipPlanex, plane, NeverCounted(equation));
 }
 
 GLenum _glGetError() { return Trace(Calls::glGetError); }
@@ -43,7 +43,7 @@ GLboolean _glIsEnabled(GLenum cap) { return Trace(Calls::glIsEnabled, cap); }
 
 void _glGetClipPlanexOES(GLenum plane, GLfixed* equation)
 {
-    Trace(Calls::glGetClipPlanexOES, plane, NeverFilled(equation));
+    Trace(Calls::glGetClipPlanexOES, plane, NeverCounted(equation));
 }
 
 void _glGetFixedvOES(GLenum pname, GLfixed* params)
@@ -53,7 +53,7 @@ void _glGetFixedvOES(GLenum pname, GLfixed* params)
 
 void _glGetClipPlanefOES(GLenum plane, GLfloat* equation)
 {
-    Trace(Calls::glGetClipPlanefOES, plane, NeverFilled(equation));
+    Trace(Calls::glGetClipPlanefOES, plane, NeverCounted(equation));
 }
 
 void _glGetInteger64vAPPLE(GLenum pname, GLint64* params)

@@ -1,4 +1,4 @@
-// GLES1 wrappers: fences, sync objects and queries.
+// GLES1 wrappers: fences and sync objects.
 #include "wrappers/calls.h"
 
 namespace Es1

@@ -43,6 +43,7 @@ void _glDeleteTextures(GLsizei n, const GLuint* textures)
 
 void _glGenTextures(GLsizei n, GLuint* textures) { Trace(Calls::glGenTextures, n, InArray(textures, n)); }
 
+// On purpose: sized as a texture environment, unlike its iv and xv kin.
 void _glGetTexParameterfv(GLenum target, GLenum pname, GLfloat* params)
 {
     Trace(Calls::glGetTexParameterfv, target, pname, OutArray(params, GlTexEnvParamSize(pname)));
@@ -112,12 +113,6 @@ void _glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, 
                  Bytes(pixels, GlImage2DSize(format, type, width, height, alignment, 0)), alignment);
 }
 
-void _glFramebufferTexture2DOES(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
-                                GLint level)
-{
-    Trace(Calls::glFramebufferTexture2DOES, target, attachment, textarget, texture, level);
-}
-
 void _glGenerateMipmapOES(GLenum target) { Trace(Calls::glGenerateMipmapOES, target); }
 
 void _glEGLImageTargetTexture2DOES(GLenum target, GLeglImageOES image)
@@ -145,13 +140,6 @@ void _glCopyTextureLevelsAPPLE(GLuint destinationTexture, GLuint sourceTexture, 
 {
     Trace(Calls::glCopyTextureLevelsAPPLE, destinationTexture, sourceTexture, sourceBaseLevel,
           sourceLevelCount);
-}
-
-void _glFramebufferTexture2DMultisampleEXT(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
-                                           GLint level, GLsizei samples)
-{
-    Trace(Calls::glFramebufferTexture2DMultisampleEXT, target, attachment, textarget, texture, level,
-          samples);
 }
 
 void _glTexStorage1DEXT(GLenum target, GLsizei levels, GLenum internalformat, GLsizei width)
@@ -201,13 +189,6 @@ void _glGetTexStreamDeviceAttributeivNBX(GLint device, GLenum pname, GLint* para
 const GLubyte* _glGetTexStreamDeviceNameNBX(GLint device)
 {
     return Trace(Calls::glGetTexStreamDeviceNameNBX, device);
-}
-
-void _glFramebufferTexture2DMultisampleNBX(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
-                                           GLint level, GLsizei samples)
-{
-    Trace(Calls::glFramebufferTexture2DMultisampleNBX, target, attachment, textarget, texture, level,
-          samples);
 }
 
 }  // namespace Es1

@@ -60,8 +60,10 @@ GLboolean _glUnmapBufferOES(GLenum target)
     // The host call ends the mapping: what lies behind it is copied ahead.
     CMappedCopy copy;
     if (frame.IsRecording() && frame.MayCallHost() && copy.Take(*Es2Host(), target))
-        LogMessage("Size UnMapBuffer: %d", static_cast<int>(copy.Size()));
+        LogMessage("Size UnMapBuffer: %d", copy.BufferSize());
     frame.CallHost();
+    if (frame.HostRan())
+        ForgetMappedRange(*Es2Host(), target);
     frame.Record(target, Always(Bytes(copy.Data(), copy.Size())));
     // The record goes ahead of the tracking here.
     if (copy.Data() && frame.MayTrack())
@@ -76,7 +78,12 @@ void _glGetBufferPointervOES(GLenum target, GLenum pname, void** params)
 
 void* _glMapBufferRangeEXT(GLenum target, GLintptr offset, GLsizeiptr length, GLbitfield access)
 {
-    return Trace(Calls::glMapBufferRangeEXT, target, offset, length, access);
+    CFrame frame(Calls::glMapBufferRangeEXT, target, offset, length, access);
+    frame.CallHost();
+    if (frame.Result())
+        RememberMappedRange(*Es2Host(), target, length);
+    frame.Record(target, offset, length, access);
+    return frame.Result();
 }
 
 void _glFlushMappedBufferRangeEXT(GLenum target, GLintptr offset, GLsizeiptr length)

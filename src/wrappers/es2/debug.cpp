@@ -1,8 +1,17 @@
 // GLES2 wrappers: debug messages, labels and markers.
 #include "wrappers/calls.h"
+#include <cstring>
 
 namespace Es2
 {
+
+// A label's bytes: the call's length, or up to the terminator where that is negative.
+static unsigned int LabelSize(GLchar const* label, GLsizei length)
+{
+    if (!label)
+        return 0;
+    return length >= 0 ? static_cast<unsigned int>(length) : static_cast<unsigned int>(std::strlen(label));
+}
 
 void _glDebugMessageControl(GLenum source, GLenum type, GLenum severity, GLsizei count, const GLuint* ids,
                             GLboolean enabled)
@@ -30,7 +39,7 @@ GLuint _glGetDebugMessageLog(GLuint count, GLsizei bufSize, GLenum* sources, GLe
     GLuint const messages = frame.Result();
     frame.Record(count, bufSize, OutArray(sources, messages), OutArray(types, messages),
                  OutArray(ids, messages), OutArray(severities, messages), OutArray(lengths, messages),
-                 Text(messageLog));
+                 OutText(messageLog, bufSize));
     return messages;
 }
 
@@ -48,7 +57,7 @@ void _glObjectLabel(GLenum identifier, GLuint name, GLsizei length, const GLchar
 
 void _glGetObjectLabel(GLenum identifier, GLuint name, GLsizei bufSize, GLsizei* length, GLchar* label)
 {
-    Trace(Calls::glGetObjectLabel, identifier, name, bufSize, OutArray(length, 1), Text(label));
+    Trace(Calls::glGetObjectLabel, identifier, name, bufSize, OutArray(length, 1), OutText(label, bufSize));
 }
 
 void _glObjectPtrLabel(const void* ptr, GLsizei length, const GLchar* label)
@@ -58,7 +67,7 @@ void _glObjectPtrLabel(const void* ptr, GLsizei length, const GLchar* label)
 
 void _glGetObjectPtrLabel(const void* ptr, GLsizei bufSize, GLsizei* length, GLchar* label)
 {
-    Trace(Calls::glGetObjectPtrLabel, ptr, bufSize, OutArray(length, 1), Text(label));
+    Trace(Calls::glGetObjectPtrLabel, ptr, bufSize, OutArray(length, 1), OutText(label, bufSize));
 }
 
 void _glGetPointerv(GLenum pname, void** params) { Trace(Calls::glGetPointerv, pname, params); }
@@ -70,7 +79,7 @@ void _glLabelObjectEXT(GLenum type, GLuint object, GLsizei length, const GLchar*
 
 void _glGetObjectLabelEXT(GLenum type, GLuint object, GLsizei bufSize, GLsizei* length, GLchar* label)
 {
-    Trace(Calls::glGetObjectLabelEXT, type, object, bufSize, OutArray(length, 1), Text(label));
+    Trace(Calls::glGetObjectLabelEXT, type, object, bufSize, OutArray(length, 1), OutText(label, bufSize));
 }
 
 void _glInsertEventMarkerEXT(GLsizei length, const GLchar* marker)

@@ -134,6 +134,7 @@ void _glMultiDrawElementsEXT(GLenum mode, const GLsizei* count, GLenum type, con
     Trace(Calls::glMultiDrawElementsEXT, mode, count, type, indices, primcount);
 }
 
+// On purpose: the first word behind count is taken for the number of firsts.
 void _glMultiDrawArraysEXT(GLenum mode, const GLint* first, const GLsizei* count, GLsizei primcount)
 {
     Trace(Calls::glMultiDrawArraysEXT, mode, InArrayBehind(first, count), InArray(count, 1u), primcount);
@@ -150,11 +151,7 @@ void _glDrawElementsInstancedANGLE(GLenum mode, GLsizei count, GLenum type, cons
     Trace(Calls::glDrawElementsInstancedANGLE, mode, count, type, indices, primcount);
 }
 
-void _glReadBufferNV(GLenum mode) { Trace(Calls::glReadBufferNV, mode); }
-
 void _glDrawBuffersNV(GLsizei n, const GLenum* bufs) { Trace(Calls::glDrawBuffersNV, n, InArray(bufs, n)); }
-
-void _glReadBufferIndexedEXT(GLenum src, GLint index) { Trace(Calls::glReadBufferIndexedEXT, src, index); }
 
 void _glDrawBuffersIndexedEXT(GLint n, const GLenum* location, const GLint* indices)
 {

@@ -163,4 +163,41 @@ void _glReadnPixelsEXT(GLint x, GLint y, GLsizei width, GLsizei height, GLenum f
     frame.Record(x, y, width, height, format, type, bufSize, ImageBytes(data, image), alignment);
 }
 
+void _glReadBufferNV(GLenum mode) { Trace(Calls::glReadBufferNV, mode); }
+
+void _glReadBufferIndexedEXT(GLenum src, GLint index) { Trace(Calls::glReadBufferIndexedEXT, src, index); }
+
+void _glFramebufferTexture2D(GLenum target, GLenum attachment, GLenum textarget, GLuint texture, GLint level)
+{
+    CFrame frame(Calls::glFramebufferTexture2D, target, attachment, textarget, texture, level);
+    frame.CallHost();
+    if (frame.HostChecked())
+        Track::FramebufferTexture2D(attachment, textarget, texture, level);
+    frame.Record(target, attachment, textarget, texture, level);
+}
+
+void _glFramebufferTexture2DMultisampleNBX(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
+                                           GLint level, GLsizei samples)
+{
+    CFrame frame(Calls::glFramebufferTexture2DMultisampleNBX, target, attachment, textarget, texture, level,
+                 samples);
+    frame.CallHost();
+    if (frame.HostChecked())
+        Track::FramebufferTexture2D(attachment, textarget, texture, level);
+    frame.Record(target, attachment, textarget, texture, level, samples);
+}
+
+void _glFramebufferTexture3DOES(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
+                                GLint level, GLint zoffset)
+{
+    Trace(Calls::glFramebufferTexture3DOES, target, attachment, textarget, texture, level, zoffset);
+}
+
+void _glFramebufferTexture2DMultisampleEXT(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
+                                           GLint level, GLsizei samples)
+{
+    Trace(Calls::glFramebufferTexture2DMultisampleEXT, target, attachment, textarget, texture, level,
+          samples);
+}
+
 }  // namespace Es2

@@ -31,14 +31,15 @@ void _glGetPerfMonitorCountersAMD(GLuint group, GLint* numCounters, GLint* maxAc
 
 void _glGetPerfMonitorGroupStringAMD(GLuint group, GLsizei bufSize, GLsizei* length, GLchar* groupString)
 {
-    Trace(Calls::glGetPerfMonitorGroupStringAMD, group, bufSize, OutArray(length, 1), Text(groupString));
+    Trace(Calls::glGetPerfMonitorGroupStringAMD, group, bufSize, OutArray(length, 1),
+          OutText(groupString, bufSize));
 }
 
 void _glGetPerfMonitorCounterStringAMD(GLuint group, GLuint counter, GLsizei bufSize, GLsizei* length,
                                        GLchar* counterString)
 {
     Trace(Calls::glGetPerfMonitorCounterStringAMD, group, counter, bufSize, OutArray(length, 1),
-          Text(counterString));
+          OutText(counterString, bufSize));
 }
 
 void _glGetPerfMonitorCounterInfoAMD(GLuint group, GLuint counter, GLenum pname, void* data)

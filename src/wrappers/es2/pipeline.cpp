@@ -99,11 +99,4 @@ void _glCoverageMaskNV(GLboolean mask) { Trace(Calls::glCoverageMaskNV, mask); }
 
 void _glCoverageOperationNV(GLenum operation) { Trace(Calls::glCoverageOperationNV, operation); }
 
-void _glGenQueriesEXT(GLsizei n, GLuint* ids) { Trace(Calls::glGenQueriesEXT, n, InArray(ids, n)); }
-
-void _glDeleteQueriesEXT(GLsizei n, const GLuint* ids)
-{
-    Trace(Calls::glDeleteQueriesEXT, n, InArray(ids, n));
-}
-
 }  // namespace Es2

@@ -14,9 +14,10 @@ void _glActiveShaderProgramEXT(GLuint pipeline, GLuint program)
     Trace(Calls::glActiveShaderProgramEXT, pipeline, program);
 }
 
+// On purpose: the list of strings has no count, so that none of them is recorded.
 GLuint _glCreateShaderProgramvEXT(GLenum type, GLsizei count, const GLchar** strings)
 {
-    return Trace(Calls::glCreateShaderProgramvEXT, type, count, NeverFilled(strings));
+    return Trace(Calls::glCreateShaderProgramvEXT, type, count, NeverCounted(strings));
 }
 
 void _glBindProgramPipelineEXT(GLuint pipeline) { Trace(Calls::glBindProgramPipelineEXT, pipeline); }
@@ -145,7 +146,8 @@ void _glValidateProgramPipelineEXT(GLuint pipeline) { Trace(Calls::glValidatePro
 
 void _glGetProgramPipelineInfoLogEXT(GLuint pipeline, GLsizei bufSize, GLsizei* length, GLchar* infoLog)
 {
-    Trace(Calls::glGetProgramPipelineInfoLogEXT, pipeline, bufSize, OutArray(length, 1), Text(infoLog));
+    Trace(Calls::glGetProgramPipelineInfoLogEXT, pipeline, bufSize, OutArray(length, 1),
+          OutText(infoLog, bufSize));
 }
 
 }  // namespace Es2

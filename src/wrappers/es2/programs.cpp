@@ -79,14 +79,14 @@ void _glGetActiveAttrib(GLuint program, GLuint index, GLsizei bufSize, GLsizei* 
                         GLenum* type, GLchar* name)
 {
     Trace(Calls::glGetActiveAttrib, program, index, bufSize, OutArray(length, 1), OutArray(size, 1),
-          OutArray(type, 1), Text(name));
+          OutArray(type, 1), OutText(name, bufSize));
 }
 
 void _glGetActiveUniform(GLuint program, GLuint index, GLsizei bufSize, GLsizei* length, GLint* size,
                          GLenum* type, GLchar* name)
 {
     Trace(Calls::glGetActiveUniform, program, index, bufSize, OutArray(length, 1), OutArray(size, 1),
-          OutArray(type, 1), Text(name));
+          OutArray(type, 1), OutText(name, bufSize));
 }
 
 void _glGetAttachedShaders(GLuint program, GLsizei maxCount, GLsizei* count, GLuint* shaders)
@@ -111,7 +111,7 @@ void _glGetProgramiv(GLuint program, GLenum pname, GLint* params)
 
 void _glGetProgramInfoLog(GLuint program, GLsizei bufSize, GLsizei* length, GLchar* infoLog)
 {
-    Trace(Calls::glGetProgramInfoLog, program, bufSize, OutArray(length, 1), Text(infoLog));
+    Trace(Calls::glGetProgramInfoLog, program, bufSize, OutArray(length, 1), OutText(infoLog, bufSize));
 }
 
 void _glGetShaderiv(GLuint shader, GLenum pname, GLint* params)
@@ -121,7 +121,7 @@ void _glGetShaderiv(GLuint shader, GLenum pname, GLint* params)
 
 void _glGetShaderInfoLog(GLuint shader, GLsizei bufSize, GLsizei* length, GLchar* infoLog)
 {
-    Trace(Calls::glGetShaderInfoLog, shader, bufSize, OutArray(length, 1), Text(infoLog));
+    Trace(Calls::glGetShaderInfoLog, shader, bufSize, OutArray(length, 1), OutText(infoLog, bufSize));
 }
 
 void _glGetShaderPrecisionFormat(GLenum shadertype, GLenum precisiontype, GLint* range, GLint* precision)
@@ -132,7 +132,7 @@ void _glGetShaderPrecisionFormat(GLenum shadertype, GLenum precisiontype, GLint*
 
 void _glGetShaderSource(GLuint shader, GLsizei bufSize, GLsizei* length, GLchar* source)
 {
-    Trace(Calls::glGetShaderSource, shader, bufSize, OutArray(length, 1), Text(source));
+    Trace(Calls::glGetShaderSource, shader, bufSize, OutArray(length, 1), OutText(source, bufSize));
 }
 
 GLboolean _glIsProgram(GLuint program) { return Trace(Calls::glIsProgram, program); }
@@ -194,7 +194,8 @@ void _glProgramBinaryOES(GLuint program, GLenum binaryFormat, const void* binary
 
 void _glGetTranslatedShaderSourceANGLE(GLuint shader, GLsizei bufSize, GLsizei* length, GLchar* source)
 {
-    Trace(Calls::glGetTranslatedShaderSourceANGLE, shader, bufSize, OutArray(length, 1), Text(source));
+    Trace(Calls::glGetTranslatedShaderSourceANGLE, shader, bufSize, OutArray(length, 1),
+          OutText(source, bufSize));
 }
 
 }  // namespace Es2

@@ -69,4 +69,11 @@ void _glGetQueryObjectuivEXT(GLuint id, GLenum pname, GLuint* params)
     Trace(Calls::glGetQueryObjectuivEXT, id, pname, OutArray(params, 1));
 }
 
+void _glGenQueriesEXT(GLsizei n, GLuint* ids) { Trace(Calls::glGenQueriesEXT, n, InArray(ids, n)); }
+
+void _glDeleteQueriesEXT(GLsizei n, const GLuint* ids)
+{
+    Trace(Calls::glDeleteQueriesEXT, n, InArray(ids, n));
+}
+
 }  // namespace Es2

@@ -47,15 +47,6 @@ void _glDeleteTextures(GLsizei n, const GLuint* textures)
     Trace(Calls::glDeleteTextures, n, InArray(textures, n));
 }
 
-void _glFramebufferTexture2D(GLenum target, GLenum attachment, GLenum textarget, GLuint texture, GLint level)
-{
-    CFrame frame(Calls::glFramebufferTexture2D, target, attachment, textarget, texture, level);
-    frame.CallHost();
-    if (frame.HostChecked())
-        Track::FramebufferTexture2D(attachment, textarget, texture, level);
-    frame.Record(target, attachment, textarget, texture, level);
-}
-
 void _glGenerateMipmap(GLenum target)
 {
     CFrame frame(Calls::glGenerateMipmap, target);
@@ -153,17 +144,6 @@ void _glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, 
                  alignment);
 }
 
-void _glFramebufferTexture2DMultisampleNBX(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
-                                           GLint level, GLsizei samples)
-{
-    CFrame frame(Calls::glFramebufferTexture2DMultisampleNBX, target, attachment, textarget, texture, level,
-                 samples);
-    frame.CallHost();
-    if (frame.HostChecked())
-        Track::FramebufferTexture2D(attachment, textarget, texture, level);
-    frame.Record(target, attachment, textarget, texture, level, samples);
-}
-
 void _glTexBindStreamNBX(GLint device, GLint deviceoffset)
 {
     Trace(Calls::glTexBindStreamNBX, device, deviceoffset);
@@ -235,24 +215,11 @@ void _glCompressedTexSubImage3DOES(GLenum target, GLint level, GLint xoffset, GL
           format, imageSize, Bytes(data, imageSize));
 }
 
-void _glFramebufferTexture3DOES(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
-                                GLint level, GLint zoffset)
-{
-    Trace(Calls::glFramebufferTexture3DOES, target, attachment, textarget, texture, level, zoffset);
-}
-
 void _glCopyTextureLevelsAPPLE(GLuint destinationTexture, GLuint sourceTexture, GLint sourceBaseLevel,
                                GLsizei sourceLevelCount)
 {
     Trace(Calls::glCopyTextureLevelsAPPLE, destinationTexture, sourceTexture, sourceBaseLevel,
           sourceLevelCount);
-}
-
-void _glFramebufferTexture2DMultisampleEXT(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
-                                           GLint level, GLsizei samples)
-{
-    Trace(Calls::glFramebufferTexture2DMultisampleEXT, target, attachment, textarget, texture, level,
-          samples);
 }
 
 void _glTexStorage1DEXT(GLenum target, GLsizei levels, GLenum internalformat, GLsizei width)

@@ -7,7 +7,8 @@ namespace
 
 constexpr uint32_t kLargest = 16;  // a mat4
 
-// Entries that still hold their sentinel in both arrays are not the host's. The first is not looked at.
+// Entries that still hold their sentinel in both arrays are not the host's. On purpose: the first is not
+// looked at, so that the count is never 0.
 template <typename T, typename Query>
 uint32_t Probe(Query query)
 {

@@ -139,6 +139,7 @@ void _glGetUniformfv(GLuint program, GLint location, GLfloat* params)
     frame.Record(program, location, OutArray(params, count));
 }
 
+// On purpose: probed with floats; of the four, glGetnUniformivEXT alone is probed with integers.
 void _glGetUniformiv(GLuint program, GLint location, GLint* params)
 {
     CFrame frame(Calls::glGetUniformiv, program, location, params);

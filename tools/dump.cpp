@@ -1,6 +1,7 @@
 // `nebtrace dump`: the calls of a trace, one a line.
 #include "commands.h"
 #include "dump_json.h"
+#include "dump_options.h"
 #include "dump_output.h"
 #include "trace/print.h"
 #include "trace/reader.h"
@@ -8,62 +9,12 @@
 #include <cstdio>
 #include <iostream>
 #include <memory>
-#include <regex>
 
 using Json = nlohmann::ordered_json;
 using namespace nebtrace;
 
 namespace
 {
-struct Range
-{
-    uint64_t first = 0;
-    uint64_t last = UINT64_MAX;
-
-    bool Holds(uint64_t number) const { return number >= first && number <= last; }
-};
-
-struct Options
-{
-    std::string file;
-    std::string frames;
-    std::string calls;
-    std::string grep;
-    bool json = false;
-};
-
-bool ParseRange(std::string const& text, Range& range)
-{
-    static std::regex const form("([0-9]{1,18})(-([0-9]{1,18})?)?");
-    std::smatch match;
-    if (!std::regex_match(text, match, form))
-        return false;
-    range.first = std::stoull(match[1]);
-    if (match[3].matched)
-        range.last = std::stoull(match[3]);
-    else if (!match[2].matched)
-        range.last = range.first;
-    return range.first <= range.last;
-}
-
-std::string CheckRange(std::string const& text)
-{
-    Range range;
-    return ParseRange(text, range) ? "" : "a range is A-B, A- or A, counted from 0: " + text;
-}
-
-std::string CheckExpression(std::string const& text)
-{
-    try
-    {
-        std::regex const expression(text);
-        return "";
-    } catch (std::regex_error const&)
-    {
-        return "this is no regular expression: " + text;
-    }
-}
-
 char const* MarkerName(uint16_t id)
 {
     return id == kEglStateId ? "egl" : ApiName(id == kEs1StateId ? Api::Es1 : Api::Es2);
@@ -94,7 +45,7 @@ private:
     Output m_output;
     Range m_frames;
     Range m_calls;
-    std::regex m_grep;
+    Pattern m_grep;
     uint64_t m_snapshot;
     bool m_inSnapshot = false;
     DecodedCall m_call;
@@ -104,13 +55,11 @@ private:
 };
 
 Dump::Dump(Options const& options, Reader& reader)
-    : m_options(options), m_reader(reader), m_snapshot(reader.ProbableSnapshotPosition().value_or(0))
+    : m_options(options), m_reader(reader), m_grep(options.grep),
+      m_snapshot(reader.ProbableSnapshotPosition().value_or(0))
 {
-    if (!options.frames.empty())
-        ParseRange(options.frames, m_frames);
-    if (!options.calls.empty())
-        ParseRange(options.calls, m_calls);
-    m_grep = std::regex(options.grep);
+    ParseRange(options.frames, m_frames);
+    ParseRange(options.calls, m_calls);
 }
 
 void Dump::Run()
@@ -178,7 +127,7 @@ bool Dump::PrintCall(Record const& record)
     if (decoded && m_call.GetApi() != Api::Egl)
         m_api = m_call.GetApi();
     std::string const line = CallLine(record, decoded);
-    if (!m_options.grep.empty() && !std::regex_search(line, m_grep))
+    if (!m_options.grep.empty() && !m_grep.Matches(line))
         return true;
     if (!m_output.Line(m_options.json ? JsonLine(record, decoded) : line))
         return false;
@@ -254,8 +203,9 @@ void AddDumpCommand(CLI::App& app)
         ->check(CheckRange);
     dump->add_option("--calls", options->calls, "Only these calls, A-B, by the numbers that dump prints")
         ->check(CheckRange);
-    dump->add_option("--grep", options->grep, "Only calls whose line has a match of this regular expression")
-        ->check(CheckExpression);
+    dump->add_option("--grep", options->grep,
+                     "Only calls whose line has a match of this (extended) regular expression")
+        ->check(CheckPattern);
     dump->add_flag("--json", options->json, "One JSON object a line");
     dump->callback([options] { RunDump(*options); });
 }

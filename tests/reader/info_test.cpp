@@ -130,7 +130,7 @@ TEST_F(InfoTest, StandardInputIsRead)
     json expected = json::parse(Run("info --json FILE").out);
     json const piped = json::parse(Run("info --json -", "cat FILE | @").out);
     expected["file"] = "-";
-    // Ahead of the footer a pipe cannot tell that the last calls are a snapshot and no frame; at its end it can.
+    // Ahead of the footer a pipe cannot tell that the last calls are a snapshot; at its end it can.
     EXPECT_EQ(expected, piped);
 }
 

@@ -4,6 +4,7 @@
 #include "wrappers/es1.h"
 #include "wrappers/es2.h"
 #include <algorithm>
+#include <cstring>
 #include <type_traits>
 #include <utility>
 
@@ -208,6 +209,7 @@ void* Buffers::Pattern(size_t index)
     std::vector<uint8_t>& buffer = m_buffers.at(index);
     for (size_t i = 0; i < kSize; ++i)
         buffer[i] = static_cast<uint8_t>(i * 7 + index * 31 + 1);
+    std::memcpy(buffer.data() + 16, &kEglNone, sizeof kEglNone);  // it may be taken for an attribute list
     return buffer.data();
 }
 

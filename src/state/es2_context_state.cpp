@@ -12,6 +12,8 @@ CEs2ContextState::CEs2ContextState()
     m_sProgramMap[0];  // a lookup of program 0 always hits
 }
 
+int CEs2ContextState::GetMaxColorAttachments() const { return m_usClientVersion == 2 ? 1 : 0; }
+
 void CEs2ContextState::Trace_BindVertexArray(unsigned int name)
 {
     if (m_usClientVersion != 3)

@@ -21,7 +21,7 @@ public:
     void TrackFBOColorAttachments(int count);
     void TrackFBODepthStencilAttachment();
     // How many colour attachments a framebuffer of this client version has: 1 for GLES2, else 0.
-    int GetMaxColorAttachments() const { return m_usClientVersion == 2 ? 1 : 0; }
+    int GetMaxColorAttachments() const;
     // Keeps the image of a render target whose framebuffer is about to be deleted.
     void SaveFBOTexture(unsigned int framebuffer);
 

@@ -12,6 +12,11 @@ enum class Input
     Pipe
 };
 
+inline void PrintTo(Input input, std::ostream* stream)
+{
+    *stream << (input == Input::File ? "File" : "Pipe");
+}
+
 class ReaderTest : public testing::TestWithParam<Input>
 {
 protected:

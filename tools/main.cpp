@@ -27,11 +27,13 @@ static int Run(int argc, char** argv)
     int const own = CountOwnArguments(argc, argv);
     std::vector<std::string> const application(argv + std::min(own + 1, argc), argv + argc);
     CLI::App app{"Record, read and replay EGL and OpenGL ES calls"};
-    app.set_version_flag("--version", "nebtrace " NEBTRACE_VERSION);
     app.require_subcommand(1);
     AddRecordCommand(app, application);
     AddInfoCommand(app);
     AddDumpCommand(app);
+    app.set_version_flag("--version", "nebtrace " NEBTRACE_VERSION);
+    for (CLI::App* command : app.get_subcommands({}))
+        command->set_version_flag("--version", "nebtrace " NEBTRACE_VERSION);
     try
     {
         app.parse(own, argv);

@@ -196,6 +196,17 @@ class RecordCommand(ScratchTest):
                 self.assertEqual(done.returncode, 2)
                 self.assert_one_line(done.stderr)
 
+    # Both work everywhere, also ahead of what a subcommand requires.
+    def test_help_and_version_work_for_every_command(self):
+        version = self.run_command(NEBTRACE, "--version").stdout
+        self.assertTrue(version.startswith("nebtrace "))
+        for command in ([], ["record"], ["info"], ["dump"]):
+            with self.subTest(command=command):
+                self.assertEqual(self.run_command(NEBTRACE, *command, "--version").stdout, version)
+                told = self.run_command(NEBTRACE, *command, "--help")
+                self.assertEqual((told.returncode, told.stderr), (0, ""))
+                self.assertIn("--help", told.stdout)
+
     # The recorder opens the file by the text of a line in its configuration, which cannot hold everything.
     def test_an_output_that_the_configuration_cannot_carry_is_refused(self):
         for name in ("x" * 600, "two\nlines"):

@@ -15,15 +15,23 @@ AllocationMeter::AllocationMeter() : m_before(s_held) { s_peak = s_held; }
 
 size_t AllocationMeter::Peak() const { return s_peak - m_before; }
 
-void* operator new(size_t size)
+void* operator new(size_t size, std::nothrow_t const&) noexcept
 {
     void* const block = size <= SIZE_MAX - kPrefix ? std::malloc(size + kPrefix) : nullptr;
     if (!block)
-        throw std::bad_alloc();
+        return nullptr;
     *static_cast<size_t*>(block) = size;
     s_held += size;
     s_peak = std::max(s_peak, s_held);
     return static_cast<char*>(block) + kPrefix;
+}
+
+void* operator new(size_t size)
+{
+    void* const block = operator new(size, std::nothrow);
+    if (!block)
+        throw std::bad_alloc();
+    return block;
 }
 
 void operator delete(void* pointer) noexcept
@@ -36,3 +44,5 @@ void operator delete(void* pointer) noexcept
 }
 
 void operator delete(void* pointer, size_t) noexcept { operator delete(pointer); }
+
+void operator delete(void* pointer, std::nothrow_t const&) noexcept { operator delete(pointer); }

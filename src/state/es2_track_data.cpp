@@ -100,7 +100,8 @@ void CEs2ContextState::TrackData()
     Es2Host()->glGetError();  // swallows what the queries may have raised
 }
 
-// The record's format, type and size of the image stay as they were, although its bytes are now RGBA.
+// On purpose: the record's format, type and size of the image stay as they were, although its bytes are now
+// RGBA.
 static void ReadIntoImage(TextureDefinition& image)
 {
     // Room for rows that a pack alignment of 8 pads, and for all that imageSize promises.

@@ -43,6 +43,13 @@ uint32_t LargestIndex(GLenum type, GLsizei count, void const* indices)
     }
 }
 
+// Room for all copies at once; what no host has is not believed.
+CClientArrayCapture::CClientArrayCapture(GLint arrays)
+{
+    constexpr GLint kMost = 1024;
+    m_gathered.reserve(static_cast<std::size_t>(std::clamp(arrays, 0, kMost)));
+}
+
 void CClientArrayCapture::Append(CTraceBlock& block, SClientArray const& array, uint64_t elements)
 {
     uint64_t const elementSize = static_cast<uint64_t>(std::max(array.size, 0)) * GlTypeSize(array.type);

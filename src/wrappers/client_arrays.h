@@ -25,6 +25,9 @@ struct SClientArray
 class CClientArrayCapture
 {
 public:
+    // `arrays`: how many there can be, as the host says.
+    explicit CClientArrayCapture(GLint arrays);
+
     // An entry: attribute index, pointer, size in bytes, bytes. A tight array is read in place; a strided one
     // is gathered, and the pointer is the copy's.
     void Append(CTraceBlock& block, SClientArray const& array, uint64_t elements);

@@ -25,7 +25,14 @@ enum : unsigned int
     kAmbientAndDiffuse = 0x1602,
     kTextureEnvColor = 0x2201,
     kTextureGenMode = 0x2500,
-    kPointDistanceAttenuation = 0x8129
+    kPointDistanceAttenuation = 0x8129,
+    kVertexArray = 0x8074,
+    kNormalArray = 0x8075,
+    kColorArray = 0x8076,
+    kTextureCoordArray = 0x8078,
+    kWeightArray = 0x86AD,
+    kMatrixIndexArray = 0x8844,
+    kPointSizeArray = 0x8B9C
 };
 
 }  // namespace Es1Enum

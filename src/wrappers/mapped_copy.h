@@ -69,7 +69,7 @@ private:
     GLuint m_name = 0;
 };
 
-// After a successful map of a range, and after an unmap.
+// After a successful map of a range; after an unmap, and after a map of the whole.
 template <typename Host>
 void RememberMappedRange(Host& host, GLenum target, GLsizeiptr length)
 {

@@ -6,7 +6,7 @@ import subprocess
 import sys
 import unittest
 
-from support import CUBE, LONGEST, NEBTRACE, ScratchTest
+from support import CUBE, LONGEST, NEBTRACE, ScratchTest, program
 
 MINE = "# the user's own\n[record]\nStartFrame = 7\n"
 
@@ -128,6 +128,28 @@ class RecordCommand(ScratchTest):
             self.assertEqual(done.returncode, 1)
             self.assert_one_line(done.stderr, "/no/such/library.so")
             self.assertEqual(os.listdir(self.folder), [])
+
+    def hide_libraries(self, *names):
+        """Lets the dynamic linker find nothing usable under these names."""
+        os.mkdir(self.path("broken"))
+        for name in names:
+            self.write(os.path.join("broken", name), "no library")
+        self.environment["LD_LIBRARY_PATH"] = self.path("broken")
+
+    # Without EGL there is nothing to record, and the message names what to install.
+    def test_a_machine_without_egl_is_told_so(self):
+        self.hide_libraries("libEGL.so.1", "libEGL.so")
+        done = self.record("--", "touch", "started")
+        self.assertEqual(done.returncode, 1)
+        self.assert_one_line(done.stderr, "libEGL.so.1", "--host-egl")
+        self.assertEqual(os.listdir(self.folder), ["broken"])
+
+    # Many machines have no OpenGL ES 1. The recorder's default would then lead back to the front end.
+    def test_a_machine_without_gles1_still_records_gles2(self):
+        self.hide_libraries("libGLESv1_CM.so.1", "libGLESv1_CM.so", "libGLES_CM.so")
+        self.record_well("--frames", "0", "--", program("reach_loaded"), "procaddress", "libEGL.so.1", "-")
+        self.assertTrue(self.trace().ends_with_footer())
+        self.assertEqual(self.trace().counts()["eglSwapBuffers"], 1)
 
     # A host library given by hand is the one that the recorder gets.
     def test_a_given_host_library_reaches_the_configuration(self):

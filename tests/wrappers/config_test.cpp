@@ -1,6 +1,8 @@
 // The configuration file.
 #include "tests/wrappers/recorder.h"
 #include "tests/wrappers/scratch_folder.h"
+#include <dlfcn.h>
+#include <unistd.h>
 
 class Config : public Recorder
 {
@@ -131,7 +133,8 @@ TEST_F(Config, TheFirstEqualsSignDivides)
     EXPECT_EQ(0u, STraceConfig::m_ui32EndFrame);
 }
 
-// On purpose: behind a key and a value only blanks and line ends are stripped, so that a tab makes it another key.
+// On purpose: behind a key and a value only blanks and line ends are stripped, so that a tab makes it another
+// key.
 TEST_F(Config, ATabBehindAKeyIsPartOfIt)
 {
     Read("StartFrame\t= 4\nEndFrame =\t5\n");
@@ -269,4 +272,14 @@ TEST_F(Config, InitializeRunsOnWithoutAFile)
     Folder().Write("nebtrace.cfg", "TraceFile = /nonexistent/folder/named.nebt\n");
     std::string const log = Printed([] { EXPECT_TRUE(CTraceRecordManager::Initialize()); });
     EXPECT_NE(std::string::npos, log.find("NEBTRACE(M) ERROR: Failed to open record trace file.\n"));
+}
+
+// On purpose: the default libraries are mapped with global visibility before any configuration is read, and
+// stay.
+TEST_F(Config, TheDefaultLibrariesAreVisibleToAll)
+{
+    EXPECT_EQ(reinterpret_cast<void*>(Fake().Entry("egl", "eglWaitGL")), dlsym(RTLD_DEFAULT, "eglWaitGL"));
+    EXPECT_EQ(reinterpret_cast<void*>(Fake().Entry("es1", "glFogf")), dlsym(RTLD_DEFAULT, "glFogf"));
+    EXPECT_EQ(reinterpret_cast<void*>(Fake().Entry("es2", "glUseProgram")),
+              dlsym(RTLD_DEFAULT, "glUseProgram"));
 }

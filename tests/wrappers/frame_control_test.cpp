@@ -72,6 +72,19 @@ TEST_F(FrameControl, AnInvertedRangeIsEmpty)
     EXPECT_EQ(Footer(0), Written());
 }
 
+// The same with the state at the end: nothing was captured, so that the position is 0.
+TEST_F(FrameControl, AnInvertedRangeHasNoPosition)
+{
+    Range(2, 1);
+    STraceConfig::m_optimizationRS = true;
+    for (int frame = 0; frame < 4; ++frame)
+        Swap();
+    Bytes const written = Written();
+    ASSERT_LE(10u, written.size());
+    EXPECT_EQ(Footer(0), Bytes(written.end() - 10, written.end()));
+    EXPECT_FALSE(STraceConfig::m_renderStateWritten);
+}
+
 // With the state at the end of the file, the footer gives the position at which it begins.
 TEST_F(FrameControl, TheFooterPointsAtAStateAtTheEnd)
 {

@@ -31,7 +31,16 @@ void _glGenBuffers(GLsizei n, GLuint* buffers) { Trace(Calls::glGenBuffers, n, I
 
 GLboolean _glIsBuffer(GLuint buffer) { return Trace(Calls::glIsBuffer, buffer); }
 
-void* _glMapBufferOES(GLenum target, GLenum access) { return Trace(Calls::glMapBufferOES, target, access); }
+void* _glMapBufferOES(GLenum target, GLenum access)
+{
+    CFrame frame(Calls::glMapBufferOES, target, access);
+    frame.CallHost();
+    // Deleting a buffer ends its mapping too, and its name is given out again.
+    if (frame.Result())
+        ForgetMappedRange(*Es1Host(), target);
+    frame.Record(target, access);
+    return frame.Result();
+}
 
 GLboolean _glUnmapBufferOES(GLenum target)
 {

@@ -11,6 +11,7 @@ void _glBindBuffer(GLenum target, GLuint buffer)
 {
     CFrame frame(Calls::glBindBuffer, target, buffer);
     frame.CallHost();
+    // On purpose: in the recorded frames too, where draws have to know what is bound.
     if (frame.Succeeded())
         Track::BindBuffer(target, buffer);
     frame.Record(target, buffer);
@@ -52,7 +53,16 @@ void _glGetBufferParameteriv(GLenum target, GLenum pname, GLint* params)
 
 GLboolean _glIsBuffer(GLuint buffer) { return Trace(Calls::glIsBuffer, buffer); }
 
-void* _glMapBufferOES(GLenum target, GLenum access) { return Trace(Calls::glMapBufferOES, target, access); }
+void* _glMapBufferOES(GLenum target, GLenum access)
+{
+    CFrame frame(Calls::glMapBufferOES, target, access);
+    frame.CallHost();
+    // Deleting a buffer ends its mapping too, and its name is given out again.
+    if (frame.Result())
+        ForgetMappedRange(*Es2Host(), target);
+    frame.Record(target, access);
+    return frame.Result();
+}
 
 GLboolean _glUnmapBufferOES(GLenum target)
 {

@@ -16,6 +16,20 @@ namespace Es2
 namespace
 {
 
+// Array objects that are bound while frames are recorded are not followed, nor do other contexts have a
+// shadow of their own: a record can be another object's, its pointer an offset or memory that is long gone.
+// The host's word counts before anything is read.
+bool IsReadByHost(uint32_t index, VertexAttributeArray const& array)
+{
+    GLint enabled = GL_TRUE;
+    GLint buffer = 0;
+    auto* pointer = const_cast<void*>(array.pointer);
+    Es2Host()->glGetVertexAttribiv(index, GL_VERTEX_ATTRIB_ARRAY_ENABLED, &enabled);
+    Es2Host()->glGetVertexAttribiv(index, GL_VERTEX_ATTRIB_ARRAY_BUFFER_BINDING, &buffer);
+    Es2Host()->glGetVertexAttribPointerv(index, GL_VERTEX_ATTRIB_ARRAY_POINTER, &pointer);
+    return enabled && buffer == 0 && pointer == array.pointer;
+}
+
 // Appends each enabled client array's first `elements` elements. Data in a buffer object is captured by the
 // buffer's own calls.
 void AppendClientArrays(CTraceBlock& block, CClientArrayCapture& capture, uint64_t elements,
@@ -24,10 +38,10 @@ void AppendClientArrays(CTraceBlock& block, CClientArrayCapture& capture, uint64
     auto const append = [&](uint32_t index, VertexAttributeArray const& array) {
         if (!array.enabled || array.boundarraybuffer != 0)
             return;
-        if (array.pointer)
-            capture.Append(block, {index, array.size, array.type, array.stride, array.pointer}, elements);
-        else if (withoutPointer)
+        if (!array.pointer && withoutPointer)
             LogMessage("%s", withoutPointer);
+        if (array.pointer && IsReadByHost(index, array))
+            capture.Append(block, {index, array.size, array.type, array.stride, array.pointer}, elements);
     };
     VisitByKey(LiveEs2State().BoundVertexArray().vertexattributearrays, append);
 }
@@ -75,6 +89,7 @@ void AppendDrawElements(CTraceBlock& block, CClientArrayCapture& capture, SIndic
         largest = AppendClientIndices(block, indices);
     else if (!AppendBufferIndices(block, buffer, indices, largest))
         return;
+    // On purpose: a draw of no elements keeps one of each array.
     AppendClientArrays(block, capture, uint64_t{largest} + 1,
                        "Es2Trace::_glDrawElements error trying to save VertexAttrib: No data pointer");
 }
@@ -88,13 +103,14 @@ void _glDrawArrays(GLenum mode, GLint first, GLsizei count)
     if (!frame.IsRecording())
         return;
     LiveEs2State().TrackData();
-    CClientArrayCapture capture;  // the block reads it when it is destroyed
+    if (!frame.RecordsData())
+        return frame.Record(mode, first, count);
+    CClientArrayCapture capture(HostInteger(GL_MAX_VERTEX_ATTRIBS));  // the block reads it at its end
     CTraceBlock block(Calls::glDrawArrays.id);
     frame.AppendHeadAndResult(block);
     AppendFields(block, frame.RecordState(), mode, first, count);
     // On purpose: `first` is not applied, the entries begin with the arrays' first element.
-    if (frame.RecordsData())
-        AppendClientArrays(block, capture, CountOf(count), nullptr);
+    AppendClientArrays(block, capture, CountOf(count), nullptr);
 }
 
 void _glDrawElements(GLenum mode, GLsizei count, GLenum type, const void* indices)
@@ -106,7 +122,7 @@ void _glDrawElements(GLenum mode, GLsizei count, GLenum type, const void* indice
     LiveEs2State().TrackData();
     if (!frame.RecordsData())
         return frame.Record(mode, count, type, indices);
-    CClientArrayCapture capture;  // the block reads it when it is destroyed
+    CClientArrayCapture capture(HostInteger(GL_MAX_VERTEX_ATTRIBS));  // the block reads it at its end
     CTraceBlock block(Calls::glDrawElements.id);
     frame.AppendHeadAndResult(block);
     AppendFields(block, frame.RecordState(), mode, count, type);

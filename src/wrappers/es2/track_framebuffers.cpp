@@ -48,7 +48,7 @@ void Es2::Track::DeleteFramebuffers(GLsizei n, GLuint const* names)
     ForEach(n, names, [](GLuint name) { LiveEs2State().mFramebufferObjects.removeElement(name); });
 }
 
-// On purpose: a texture as colour attachment is not kept.
+// On purpose: a texture as colour attachment is not kept, and a plain one leaves the face as it was.
 void Es2::Track::FramebufferTexture2D(GLenum attachment, GLenum target, GLuint texture, GLint level)
 {
     FBOAttachmentDefinition* const kept = DepthOrStencil(attachment);

@@ -63,6 +63,13 @@ int Truncated(GLfloat value)
     return value < 4294967296.0f ? static_cast<int>(static_cast<uint32_t>(value)) : -1;
 }
 
+// No host takes it, but one that reports no errors does not say so.
+bool IsImpossible(Es2::Track::SSubImage const& update)
+{
+    return update.xoffset < 0 || update.yoffset < 0 || update.width < 0 || update.height < 0;
+}
+
+// On purpose: a height of 0 limits nothing.
 bool IsOutOfLimits(TextureDefinition const& image, Es2::Track::SSubImage const& update)
 {
     return (image.height != 0 && update.height > image.height) || update.width > image.width;
@@ -93,8 +100,8 @@ GLint MakePrivate(TextureDefinition& image, Es2::Track::SSubImage const& update,
     return alignment;
 }
 
-// Row by row, with the record's width as the length of a row and no alignment. What would fall outside the
-// image's bytes is left out.
+// On purpose: row by row as if rows had no padding, with the record's width as the length of a row. What
+// would fall outside the image's bytes is left out.
 void CopyRows(TextureDefinition& image, Es2::Track::SSubImage const& update, uint8_t const* source)
 {
     auto const pixel = static_cast<std::size_t>(GetPixelSizeImage2D(update.format, update.type));
@@ -119,7 +126,7 @@ void Es2::Track::TexImage2D(SImage const& image)
     auto* const pixels = const_cast<uint8_t*>(static_cast<uint8_t const*>(image.pixels));
     TextureDefinition const given(static_cast<int>(image.target), name, image.level, image.format,
                                   image.internalformat, image.width, image.height, image.border, image.type,
-                                  pixels, image.compressedSize, image.type == 0, true, image.alignment, 0);
+                                  pixels, image.compressedSize, image.isCompressed, true, image.alignment, 0);
     TextureDefinition& record = RecordOf(name, FaceOf(image.target), image.level);
     record.deepCopy = true;
     record = given;
@@ -129,7 +136,7 @@ void Es2::Track::TexSubImage2D(SSubImage const& update)
 {
     GLint alignment = HostInteger(GL_PACK_ALIGNMENT);
     TextureDefinition& record = RecordOf(NameAt(update.target), FaceOf(update.target), update.level);
-    if (record.isCompressed)
+    if (record.isCompressed || IsImpossible(update))
         return;
     if (IsOutOfLimits(record, update))
     {

@@ -223,7 +223,8 @@ void TraceLeaveCriticalSection()
 void CreateThreadBlockKey()
 {
     static pthread_once_t once = PTHREAD_ONCE_INIT;
-    pthread_once(&once, [] { s_bKeyCreated = pthread_key_create(&s_threadBlockKey, releaseTraceBlock) == 0; });
+    pthread_once(&once,
+                 [] { s_bKeyCreated = pthread_key_create(&s_threadBlockKey, releaseTraceBlock) == 0; });
 }
 
 void DeleteThreadBlockKey()
@@ -234,9 +235,9 @@ void DeleteThreadBlockKey()
     s_bKeyCreated = false;
 }
 
-// The child has one thread, under a new ID, and a section that nobody will leave. It goes on recording only if
-// there is nothing in the file yet: a program that forks itself into the background, say. Otherwise the file is
-// the parent's, and two writers would ruin it.
+// The child has one thread, under a new ID, and a section that nobody will leave. It goes on recording only
+// if there is nothing in the file yet: a program that forks itself into the background, say. Otherwise the
+// file is the parent's, and two writers would ruin it.
 static void AfterForkInChild()
 {
     TraceMutex().Init();

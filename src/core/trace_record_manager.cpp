@@ -196,11 +196,33 @@ void CTraceRecordManager::DeleteFileStructures()
     DeleteAndClear(m_Es1FileState);
 }
 
-void CTraceRecordManager::saveRenderStatePhase1() {}
+// When both GL APIs were used, only GLES2 is covered.
+void CTraceRecordManager::saveRenderStatePhase1()
+{
+    if (STraceConfig::m_bEGLUsed && m_EglFileState)
+    {
+        m_EglFileState->getRenderState();
+        m_EglFileStateLastGet = *m_EglFileState;
+    }
+    if ((STraceConfig::m_bES2Used || STraceConfig::m_bES3Used) && m_Es2FileState)
+    {
+        if (m_EglFileState)
+            m_Es2FileState->m_usClientVersion = static_cast<unsigned short>(m_EglFileState->m_iClientVersion);
+        m_Es2FileState->getRenderState();
+        m_Es2FileStateLastGet = *m_Es2FileState;
+    }
+}
 
 void CTraceRecordManager::saveRenderStatePhase2(bool bKeepPosition, bool bWriteFooter)
 {
     uint64_t const position = bKeepPosition ? m_uBytesWritten : 0;
+    if (STraceConfig::m_bEGLUsed)
+        m_EglFileStateLastGet.writeAsCalls();
+    if (STraceConfig::m_bES2Used || STraceConfig::m_bES3Used)
+    {
+        m_Es2FileStateLastGet.CombineTrack(m_Es2FileState);
+        m_Es2FileStateLastGet.writeAsCalls(STraceConfig::m_optimizationRS, true);
+    }
     if (bWriteFooter)
         WriteFileFooter(position);
 }

@@ -57,6 +57,11 @@ public:
         int width = 0;
     };
 
+    // Asks the host what is current.
+    void getRenderState();
+    // Writes the state as calls, through the wrappers.
+    void writeAsCalls();
+
     TraceMap<void*, eglConfigDefinition> m_sConfigs;
     TraceMap<void*, eglContextDefinition> m_sContexts;
     TraceMap<void*, eglDisplayDefinition> m_sDisplays;

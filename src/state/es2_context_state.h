@@ -12,6 +12,8 @@ public:
     // A fixed limit. A host with more units is served for the first 32.
     static constexpr int kTextureUnits = 32;
     static constexpr int kServerStates = 9;
+    // The capabilities of m_baServerState, in its order.
+    static unsigned int const kServerStateNames[kServerStates];
 
     CEs2ContextState();
 
@@ -31,6 +33,37 @@ public:
     // On the host, unrecorded.
     void Host_BindVertexArray(unsigned int name);
 
+    // Asks the host for everything that can be asked.
+    void getRenderState();
+    // Takes over what the recorded frames used, dropping what was known of it.
+    void CombineTrack(CEs2ContextState* live);
+    // Writes the state as calls, through the wrappers. With `optimize` set, objects that no recorded draw
+    // used are left out; with `restoreHost` set, the host's framebuffer and renderbuffer bindings are put
+    // back on the way.
+    void writeAsCalls(bool optimize, bool restoreHost);
+    void TraceTextures(bool optimize);
+    void Trace_Programs();
+    void WriteVAOState();
+    void WriteBufferData(bool optimize);
+
+    using UsedNames = TraceMap<unsigned int, unsigned int>;
+    using Textures = TraceMap<unsigned int, TraceMap<int, TraceMap<int, TextureDefinition>>>;
+    void WriteFBOState(bool optimize);
+    void WriteFBOAttachmentState(FBODefinition& framebuffer, UsedNames& used, Textures& textures,
+                                 bool optimize);
+    void WriteFBOColorAttachmentState(FBODefinition& framebuffer, UsedNames& used, Textures& textures,
+                                      bool optimize);
+    // Empty: 0, nothing was written.
+    int WriteFBODepthStencilAttachmentState(FBODefinition& framebuffer, UsedNames& used, Textures& textures);
+    // 1 if the attachment was written or skipped, 0 for a type that is not known.
+    int WriteAttachmentState(unsigned int framebuffer, unsigned int attachment,
+                             FBOAttachmentDefinition const& kept, UsedNames& used, Textures& textures,
+                             bool optimize);
+
+    // Every field to the log; with the flag set, the buffers' contents to a file as well. For debugging.
+    void PrintRenderState(bool writeBuffers);
+    void PrintVAOState();
+
     // The current array object's record, made with defaults where there is none.
     VAODefinition& BoundVertexArray() { return mVertexArrayObjects[mBoundVAO]; }
 
@@ -47,8 +80,8 @@ public:
     float m_faBlendColor[4] = {};
     unsigned int m_eBlendFuncRGBSourceDest[2];
     unsigned int m_eBlendFuncAlphaSourceDest[2];
-    TraceMap<unsigned int, unsigned int> m_sUsedTextures;
-    TraceMap<unsigned int, unsigned int> m_sUsedBuffers;
+    UsedNames m_sUsedTextures;
+    UsedNames m_sUsedBuffers;
     TraceMap<unsigned int, BufferDefinition> m_sBufferDatas;
     float m_fClearColor[4] = {};
     float m_fClearDepth = 1.0f;
@@ -58,8 +91,6 @@ public:
     unsigned int m_eDepthFunc;
     bool m_bDepthMask = true;
     float m_fDepthRangeNearFar[2] = {0.0f, 1.0f};
-    // GL_BLEND, GL_CULL_FACE, GL_DEPTH_TEST, GL_DITHER, GL_POLYGON_OFFSET_FILL, GL_SAMPLE_ALPHA_TO_COVERAGE,
-    // GL_SAMPLE_COVERAGE, GL_SCISSOR_TEST, GL_STENCIL_TEST
     bool m_baServerState[kServerStates] = {false, false, false, true, false, false, false, false, false};
     TraceMap<unsigned int, FBODefinition> mFramebufferObjects;
     unsigned int m_iBoundFBO = 0;
@@ -88,7 +119,7 @@ public:
     unsigned int m_eStencilOpZFail[2];
     unsigned int m_eStencilOpZPass[2];
     // By name, then face (0 for a 2D texture), then level.
-    TraceMap<unsigned int, TraceMap<int, TraceMap<int, TextureDefinition>>> m_sTexImageTextures;
+    Textures m_sTexImageTextures;
     // By program, then location. Pre: in force at the last link; Post: set since.
     TraceMap<unsigned int, TraceMap<int, UniformDefinition>> m_sUniformMap;
     TraceMap<unsigned int, TraceMap<int, ProgramAttribute>> m_sPreAttribMap;

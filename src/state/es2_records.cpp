@@ -1,5 +1,6 @@
 #include "state/es2_records.h"
 #include "api/types.h"
+#include "state/shared_bytes.h"
 #include "wrappers/sizing.h"
 #include <algorithm>
 #include <cstring>
@@ -33,8 +34,10 @@ struct SBulkData
 
     void Free() const
     {
-        if (!externalData)
-            delete[] bytes;
+        if (bytes && externalData)
+            SharedBytes::Release(bytes);
+        else if (bytes)
+            SharedBytes::Disown(bytes);
         bytes = nullptr;
     }
 
@@ -42,6 +45,8 @@ struct SBulkData
     {
         uint8_t* const taken = size > 0 ? source : nullptr;
         uint8_t* const kept = deepCopy ? CopyOf(taken, size) : taken;
+        if (kept && !deepCopy)
+            SharedBytes::Retain(kept);
         Free();
         bytes = kept;
         externalData = !(kept && deepCopy);
@@ -53,15 +58,30 @@ struct SBulkData
         bytes = size > 0 ? new uint8_t[static_cast<std::size_t>(size)]() : nullptr;
         externalData = false;
     }
+
+    // Before bytes of `size` are changed in place: a frozen copy keeps the old ones.
+    void Unshare(int size) const
+    {
+        if (externalData || !bytes || !SharedBytes::IsShared(bytes))
+            return;
+        uint8_t* const own = CopyOf(bytes, size);
+        Free();
+        bytes = own;
+    }
 };
 
-SBulkData DataOf(BufferDefinition& buffer) { return {buffer.bufferData, buffer.externalData, buffer.deepCopy}; }
+SBulkData DataOf(BufferDefinition& buffer)
+{
+    return {buffer.bufferData, buffer.externalData, buffer.deepCopy};
+}
 
 SBulkData DataOf(TextureDefinition& image) { return {image.pixels, image.externalData, image.deepCopy}; }
 
 }  // namespace
 
 BufferDefinition::~BufferDefinition() { DataOf(*this).Free(); }
+
+void BufferDefinition::Unshare() { DataOf(*this).Unshare(bufferDataSize); }
 
 void BufferDefinition::Allocate(int size) { DataOf(*this).Allocate(size); }
 
@@ -88,8 +108,8 @@ TextureDefinition::TextureDefinition(int target, unsigned int name, int level, u
     : textureTarget(static_cast<unsigned int>(target)),
       bindTarget(IsCubeFace(textureTarget) ? GL_TEXTURE_CUBE_MAP : textureTarget), textureName(name),
       textureLevel(level), depth(imageDepth), format(imageFormat), internalformat(imageInternalformat),
-      width(imageWidth), height(imageHeight), type(imageType), alignment(imageAlignment),
-      border(imageBorder), imageSize(size), externalData(external), isCompressed(compressed)
+      width(imageWidth), height(imageHeight), type(imageType), alignment(imageAlignment), border(imageBorder),
+      imageSize(size), externalData(external), isCompressed(compressed)
 {
     std::copy(kDefaultParams, kDefaultParams + 4, params);
     if (imageSize == 0 && type != 0)
@@ -98,6 +118,8 @@ TextureDefinition::TextureDefinition(int target, unsigned int name, int level, u
 }
 
 TextureDefinition::~TextureDefinition() { DataOf(*this).Free(); }
+
+void TextureDefinition::Unshare() { DataOf(*this).Unshare(imageSize); }
 
 void TextureDefinition::Allocate(int size) { DataOf(*this).Allocate(size); }
 

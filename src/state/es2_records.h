@@ -16,6 +16,8 @@ struct NEBTRACE_API BufferDefinition
 
     // Frees what is owned and takes `size` zeroed bytes of its own.
     void Allocate(int size);
+    // To be called before the bytes are changed in place: frozen copies that share them keep the old ones.
+    void Unshare();
 
     unsigned int bufferName = 0;
     unsigned int bufferTarget = 0;
@@ -43,6 +45,8 @@ struct NEBTRACE_API TextureDefinition
 
     // Frees what is owned and takes `size` zeroed bytes of its own.
     void Allocate(int size);
+    // To be called before the bytes are changed in place: frozen copies that share them keep the old ones.
+    void Unshare();
 
     unsigned int textureTarget = 0;  // as given: GL_TEXTURE_2D or a cube face
     unsigned int bindTarget = 0;     // GL_TEXTURE_CUBE_MAP for a face

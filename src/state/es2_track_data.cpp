@@ -105,8 +105,8 @@ void CEs2ContextState::TrackData()
 static void ReadIntoImage(TextureDefinition& image)
 {
     // Room for rows that a pack alignment of 8 pads, and for all that imageSize promises.
-    auto const read = static_cast<int>(
-        GlImage2DSize(GL_RGBA, GL_UNSIGNED_BYTE, image.width, image.height, 8, 0));
+    auto const read =
+        static_cast<int>(GlImage2DSize(GL_RGBA, GL_UNSIGNED_BYTE, image.width, image.height, 8, 0));
     image.Allocate(std::max(read, image.imageSize));
     if (read > 0)
         Es2Host()->glReadPixels(0, 0, image.width, image.height, GL_RGBA, GL_UNSIGNED_BYTE, image.pixels);

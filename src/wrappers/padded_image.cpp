@@ -18,6 +18,8 @@ CPaddedImage::CPaddedImage(void const* pixels, SLayout layout, GLint (*askIntege
 {
     if (m_size == 0 || layout.rows <= 0 || layout.tightSize >= m_size)
         return;
+    if (!askInteger)
+        return;
     m_readable = ReadableBytes(layout, askInteger(alignmentName));
     if (m_readable == m_size)
         return;

@@ -18,7 +18,7 @@ public:
         GLsizei rows;           // of all slices, borders included
     };
     // `askInteger` is the host's answer to `alignmentName`, the alignment of the application's rows; it is
-    // asked only if the two sizes differ. Null pixels have no bytes.
+    // asked only if the two sizes differ; without it all bytes are readable. Null pixels have no bytes.
     CPaddedImage(void const* pixels, SLayout layout, GLint (*askInteger)(GLenum), GLenum alignmentName);
 
     uint32_t Size() const { return m_size; }

@@ -1,5 +1,6 @@
 // GLES2 wrappers: draw calls.
 #include "state/buffer_object_list.h"
+#include "state/visit_by_key.h"
 #include "support/log.h"
 #include "wrappers/calls.h"
 #include "wrappers/client_arrays.h"
@@ -14,23 +15,6 @@ namespace Es2
 
 namespace
 {
-
-// Visits the current array object's attributes by ascending index, not in the order of their slots.
-template <typename Visit>
-void ForEachAttribute(Visit visit)
-{
-    auto const& arrays = LiveEs2State().BoundVertexArray().vertexattributearrays;
-    int64_t last = -1;
-    for (int visited = 0; visited < arrays.Count(); ++visited)
-    {
-        int next = -1;
-        for (int slot = 0; slot < arrays.Count(); ++slot)
-            if (arrays.KeyAt(slot) > last && (next < 0 || arrays.KeyAt(slot) < arrays.KeyAt(next)))
-                next = slot;
-        last = arrays.KeyAt(next);
-        visit(arrays.KeyAt(next), arrays.ValueAt(next));
-    }
-}
 
 // Array objects that are bound while frames are recorded are not followed, nor do other contexts have a
 // shadow of their own: a record can be another object's, its pointer an offset or memory that is long gone.
@@ -51,14 +35,15 @@ bool IsReadByHost(uint32_t index, VertexAttributeArray const& array)
 void AppendClientArrays(CTraceBlock& block, CClientArrayCapture& capture, uint64_t elements,
                         char const* withoutPointer)
 {
-    ForEachAttribute([&](uint32_t index, VertexAttributeArray const& array) {
+    auto const append = [&](uint32_t index, VertexAttributeArray const& array) {
         if (!array.enabled || array.boundarraybuffer != 0)
             return;
         if (!array.pointer && withoutPointer)
             LogMessage("%s", withoutPointer);
         if (array.pointer && IsReadByHost(index, array))
             capture.Append(block, {index, array.size, array.type, array.stride, array.pointer}, elements);
-    });
+    };
+    VisitByKey(LiveEs2State().BoundVertexArray().vertexattributearrays, append);
 }
 
 struct SIndices

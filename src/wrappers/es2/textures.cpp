@@ -80,11 +80,10 @@ void _glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei wid
         if (!frame.IsTimed())
             alignment = HostInteger(GL_PACK_ALIGNMENT);
     });
-    CPaddedImage::SLayout layout = Layout2D(format, type, width, height, alignment, border);
     // A snapshot's pixels are a record's own bytes, padding included: the host's alignment is not theirs.
-    if (!frame.HostRan())
-        layout.tightSize = layout.recordedSize;
-    CPaddedImage const image(frame.UsesData() ? pixels : nullptr, layout, HostInteger, GL_UNPACK_ALIGNMENT);
+    CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
+                             Layout2D(format, type, width, height, alignment, border),
+                             frame.HostRan() ? HostInteger : nullptr, GL_UNPACK_ALIGNMENT);
     if (frame.MayTrackData())
         Track::TexImage2D({target, level, internalformat, width, height, border, format, type, alignment,
                            image.Data(), false, 0});
@@ -137,8 +136,8 @@ void _glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, 
     // The tracker copies rows as the application has them, the record measures them as the driver reads them.
     GLint const alignment = frame.UsesData() || frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
     CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
-                             Layout2D(format, type, width, height, alignment, 0), HostInteger,
-                             GL_UNPACK_ALIGNMENT);
+                             Layout2D(format, type, width, height, alignment, 0),
+                             frame.HostRan() ? HostInteger : nullptr, GL_UNPACK_ALIGNMENT);
     if (frame.MayTrackData())
         Track::TexSubImage2D(
             {target, level, xoffset, yoffset, width, height, format, type, pixels, image.Readable()});

@@ -47,6 +47,7 @@ void Update(BufferDefinition& record, GLintptr offset, GLsizeiptr size, void con
     }
     GLsizeiptr const room = record.bufferDataSize - static_cast<GLsizeiptr>(offset);
     GLsizeiptr const copied = size < room ? size : room;
+    record.Unshare();
     if (copied > 0)
         std::memcpy(record.bufferData + offset, data, static_cast<std::size_t>(copied));
 }

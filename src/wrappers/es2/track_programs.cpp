@@ -19,7 +19,12 @@ void Es2::Track::ShaderSource(GLuint shader, GLsizei count, GLchar const* const*
     LiveEs2State().m_sShaderMap[shader].source = source;
 }
 
-void Es2::Track::DeleteShader(GLuint shader) { LiveEs2State().m_sShaderMap[shader].bDeleted = true; }
+// The name 0 is ignored by the host as well: a record of it would be written as a shader without a type.
+void Es2::Track::DeleteShader(GLuint shader)
+{
+    if (shader != 0)
+        LiveEs2State().m_sShaderMap[shader].bDeleted = true;
+}
 
 void Es2::Track::CreateProgram(GLuint name) { LiveEs2State().m_sProgramMap[name].name = name; }
 

@@ -149,6 +149,7 @@ void Es2::Track::TexSubImage2D(SSubImage const& update)
         record.format != update.format || record.type != update.type || record.alignment != alignment;
     if ((record.format != 0 && differs) || !record.pixels || !update.pixels)
         return;
+    record.Unshare();
     bool const whole = update.xoffset == 0 && update.yoffset == 0 && update.width == record.width &&
                        update.height == record.height;
     auto const* const source = static_cast<uint8_t const*>(update.pixels);

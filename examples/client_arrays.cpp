@@ -1,7 +1,9 @@
-// A turning flower drawn from memory of the program's own, with no buffer object: strided and tight arrays,
-// with byte and short indices and without.
+// A turning flower drawn from memory of the program's own: strided and tight arrays, with byte and short
+// indices and without, and with indices in a buffer object.
+#include "array_log.h"
 #include "matrix.h"
 #include "support.h"
+#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <vector>
 
@@ -44,8 +46,16 @@ Vertex At(float angle, float radius, std::uint8_t red, std::uint8_t green, std::
 class Flower : public examples::Scene
 {
 public:
+    void AddOptions(CLI::App& app) override
+    {
+        app.add_option("--dump-arrays", m_logPath, "Write what each draw reads from memory to this file");
+    }
+
     void Setup(int width, int height) override
     {
+        if (!m_logPath.empty() && !m_log.Open(m_logPath))
+            throw std::runtime_error("cannot write " + m_logPath);
+        glGenBuffers(1, &m_leafIndices);
         GLuint const program = examples::BuildProgram(kVertexShader, kFragmentShader);
         glBindAttribLocation(program, kPosition, "position");
         glBindAttribLocation(program, kColor, "color");
@@ -63,6 +73,7 @@ public:
         float const turn = static_cast<float>(frame) * 0.02F;
         glClear(GL_COLOR_BUFFER_BIT);
         DrawStem();
+        DrawLeaves();
         DrawPetals(turn);
         DrawHeart(turn);
         DrawSeeds(-turn);
@@ -70,18 +81,41 @@ public:
 
 private:
     // Tight positions, one colour for all of them, no indices.
-    static void DrawStem()
+    void DrawStem()
     {
         float const positions[] = {-0.035F, -1.0F, 0.035F, -1.0F, -0.02F, -0.1F, 0.02F, -0.1F};
         glVertexAttribPointer(kPosition, 2, GL_FLOAT, GL_FALSE, 0, positions);
         glEnableVertexAttribArray(kPosition);
         glDisableVertexAttribArray(kColor);
         glVertexAttrib4f(kColor, 0.27F, 0.55F, 0.24F, 1.0F);
+        m_log.Draw("glDrawArrays");
+        m_log.Array(kPosition, positions, 8, 8, 4);
+        m_log.End();
         examples::DrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     }
 
+    // Strided vertices in memory, with indices in a buffer.
+    void DrawLeaves()
+    {
+        std::vector<Vertex> vertices;
+        for (float const side : {-1.0F, 1.0F})
+        {
+            vertices.push_back({0, -0.8F, {60, 130, 60, 255}});
+            vertices.push_back({side * 0.16F, -0.74F, {80, 150, 70, 255}});
+            vertices.push_back({side * 0.12F, -0.58F, {90, 160, 80, 255}});
+            vertices.push_back({side * 0.3F, -0.55F, {140, 200, 110, 255}});
+        }
+        std::uint16_t const indices[] = {0, 1, 2, 2, 1, 3, 4, 5, 6, 6, 5, 7};
+        glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, m_leafIndices);
+        glBufferData(GL_ELEMENT_ARRAY_BUFFER, sizeof indices, indices, GL_STATIC_DRAW);
+        UseStrided(vertices.data());
+        LogStrided("glDrawElements", vertices);
+        examples::DrawElements(GL_TRIANGLES, 12, GL_UNSIGNED_SHORT, nullptr);
+        glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+    }
+
     // Strided vertices with short indices: each petal a kite of two triangles.
-    static void DrawPetals(float turn)
+    void DrawPetals(float turn)
     {
         std::vector<Vertex> vertices;
         std::vector<std::uint16_t> indices;
@@ -97,12 +131,13 @@ private:
                 indices.push_back(static_cast<std::uint16_t>(first + corner));
         }
         UseStrided(vertices.data());
+        LogStrided("glDrawElements", vertices, indices.data(), indices.size() * sizeof indices[0]);
         examples::DrawElements(GL_TRIANGLES, static_cast<GLsizei>(indices.size()), GL_UNSIGNED_SHORT,
                                indices.data());
     }
 
     // Two tight arrays, with byte indices that do not begin at 0.
-    static void DrawHeart(float turn)
+    void DrawHeart(float turn)
     {
         constexpr int kCorners = 16;
         float positions[2 * (kCorners + 2)] = {};
@@ -124,11 +159,15 @@ private:
         glVertexAttribPointer(kPosition, 2, GL_FLOAT, GL_FALSE, 0, positions);
         glVertexAttribPointer(kColor, 4, GL_UNSIGNED_BYTE, GL_TRUE, 0, colors);
         glEnableVertexAttribArray(kColor);
+        m_log.Draw("glDrawElements", indices, sizeof indices);
+        m_log.Array(kPosition, positions, 8, 8, kCorners + 2);
+        m_log.Array(kColor, colors, 4, 4, kCorners + 2);
+        m_log.End();
         examples::DrawElements(GL_TRIANGLE_FAN, kCorners + 2, GL_UNSIGNED_BYTE, indices);
     }
 
     // Strided vertices without indices.
-    static void DrawSeeds(float turn)
+    void DrawSeeds(float turn)
     {
         std::vector<Vertex> vertices;
         for (int seed = 0; seed < kSeeds; ++seed)
@@ -147,6 +186,7 @@ private:
             }
         }
         UseStrided(vertices.data());
+        LogStrided("glDrawArrays", vertices);
         examples::DrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(vertices.size()));
     }
 
@@ -157,6 +197,19 @@ private:
         glEnableVertexAttribArray(kPosition);
         glEnableVertexAttribArray(kColor);
     }
+
+    void LogStrided(char const* call, std::vector<Vertex> const& vertices, void const* indices = nullptr,
+                    std::size_t size = 0)
+    {
+        m_log.Draw(call, indices, size);
+        m_log.Array(kPosition, &vertices[0].x, 8, sizeof(Vertex), vertices.size());
+        m_log.Array(kColor, vertices[0].color, 4, sizeof(Vertex), vertices.size());
+        m_log.End();
+    }
+
+    examples::ArrayLog m_log;
+    std::string m_logPath;
+    GLuint m_leafIndices = 0;
 };
 }  // namespace
 

@@ -203,6 +203,7 @@ int Run(int argc, char** argv, char const* about, Scene& scene)
     });
     app.add_option("--png", options.png, "Write the last frame to this file");
     app.add_flag("--counts", options.counts, "Print how many draw calls and swaps were made");
+    scene.AddOptions(app);
     CLI11_PARSE(app, argc, argv);
     try
     {

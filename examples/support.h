@@ -3,6 +3,11 @@
 #include <EGL/egl.h>
 #include <GLES2/gl2.h>
 
+namespace CLI
+{
+class App;
+}
+
 namespace examples
 {
 // What an example draws. The frame number is its only clock, so that each run renders the same pixels.
@@ -10,6 +15,8 @@ class Scene
 {
 public:
     virtual ~Scene() = default;
+    // Options of the example's own, beside those that all have.
+    virtual void AddOptions(CLI::App&) {}
     virtual void Setup(int width, int height) = 0;
     virtual void DrawFrame(int frame) = 0;
 };

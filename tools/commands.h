@@ -18,3 +18,5 @@ struct ExitWith
 void AddRecordCommand(CLI::App& app, std::vector<std::string> const& application);
 void AddInfoCommand(CLI::App& app);
 void AddDumpCommand(CLI::App& app);
+void AddReplayCommand(CLI::App& app);
+void AddFramesCommand(CLI::App& app);

@@ -31,6 +31,8 @@ static int Run(int argc, char** argv)
     AddRecordCommand(app, application);
     AddInfoCommand(app);
     AddDumpCommand(app);
+    AddReplayCommand(app);
+    AddFramesCommand(app);
     app.set_version_flag("--version", "nebtrace " NEBTRACE_VERSION);
     for (CLI::App* command : app.get_subcommands({}))
         command->set_version_flag("--version", "nebtrace " NEBTRACE_VERSION);

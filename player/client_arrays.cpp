@@ -1,0 +1,110 @@
+#include "player/client_arrays.h"
+#include "player/pixels.h"
+
+namespace nebtrace::player
+{
+namespace
+{
+uint64_t ElementSize(Attribute const& attribute)
+{
+    bool const known = attribute.size >= 1 && attribute.size <= 4;
+    return known ? static_cast<uint64_t>(attribute.size) * ComponentSize(attribute.type) : 0;
+}
+
+// How many elements of an attribute's array a draw reads.
+uint64_t ElementsRead(Attribute const& attribute, DrawExtent const& extent)
+{
+    if (attribute.divisor == 0)
+        return extent.vertices;
+    return (extent.instances + attribute.divisor - 1) / attribute.divisor;
+}
+
+bool IsPast(Es2Player& player, Attribute const& attribute, DrawExtent const& extent)
+{
+    uint64_t const elements = ElementsRead(attribute, extent);
+    auto const& contents = player.Shared().bufferContents;
+    auto const buffer = contents.find(attribute.buffer);
+    uint64_t const size = buffer == contents.end() ? 0 : buffer->second.size;
+    uint64_t const element = ElementSize(attribute);
+    uint64_t const stride = attribute.stride > 0 ? static_cast<uint64_t>(attribute.stride) : element;
+    return elements != 0 && attribute.pointer + stride * (elements - 1) + element > size;
+}
+
+bool IsActive(std::vector<ActiveAttribute> const& active, uint32_t index)
+{
+    for (ActiveAttribute const& attribute : active)
+        if (index >= attribute.location && index - attribute.location < attribute.slots)
+            return true;
+    return false;
+}
+}  // namespace
+
+ClientArrays::ClientArrays(Es2Player& player, Call const& call, DrawExtent const& extent) : m_player(player)
+{
+    ReadEntries(call);
+    Es2Functions const& gl = player.Gl();
+    gl.glGetIntegerv(GL_ARRAY_BUFFER_BINDING, &m_arrayBuffer);
+    gl.glBindBuffer(GL_ARRAY_BUFFER, 0);
+    for (auto const& [index, attribute] : player.Now().BoundVertexArray().attributes)
+        if (attribute.enabled)
+            Use(index, attribute, extent);
+}
+
+ClientArrays::~ClientArrays()
+{
+    for (uint32_t const index : m_disabled)
+        m_player.Gl().glEnableVertexAttribArray(index);
+    m_player.Gl().glBindBuffer(GL_ARRAY_BUFFER, static_cast<GLuint>(m_arrayBuffer));
+}
+
+void ClientArrays::ReadEntries(Call const& call)
+{
+    DecodedField const* const field = call.Find("arrays");
+    if (!field)
+        return;
+    ItemReader items(*field);
+    for (ItemReader::Item item; items.Next(item);)
+        m_entries[item.index] = item.bytes;
+}
+
+void ClientArrays::Use(uint32_t index, Attribute const& attribute, DrawExtent const& extent)
+{
+    m_any = true;
+    if (attribute.buffer != 0)
+        return;
+    Es2Functions const& gl = m_player.Gl();
+    auto const entry = m_entries.find(index);
+    uint64_t const element = ElementSize(attribute);
+    if (entry == m_entries.end() || element == 0)
+    {
+        // The recording had no array there, so its program read none.
+        gl.glDisableVertexAttribArray(index);
+        m_disabled.push_back(index);
+        return;
+    }
+    uint64_t const needed = ElementsRead(attribute, extent) * element;
+    if (entry->second.size < needed && !extent.shortArrays)
+        throw BadRecord("the array of attribute " + std::to_string(index) + " has " +
+                        std::to_string(entry->second.size) + " bytes, and the draw reads " +
+                        std::to_string(needed));
+    m_padded = m_padded || entry->second.size < needed;
+    m_copies.push_back(std::make_unique<Copy>(entry->second, static_cast<size_t>(needed)));
+    // The entry is as tight as the recorder gathered it, whatever stride the application had.
+    gl.glVertexAttribPointer(index, attribute.size, attribute.type, attribute.normalized, 0,
+                             m_copies.back()->Begin());
+}
+
+std::vector<PastBuffer> FindPastBuffer(Es2Player& player, DrawExtent const& extent)
+{
+    std::vector<PastBuffer> past;
+    auto const& programs = player.Shared().programState;
+    auto const program = programs.find(player.Now().program);
+    if (program == programs.end())
+        return past;
+    for (auto const& [index, attribute] : player.Now().BoundVertexArray().attributes)
+        if (attribute.enabled && attribute.buffer != 0 && IsActive(program->second.attributes, index) &&
+            IsPast(player, attribute, extent))
+            past.push_back({index});
+    return past;
+}
+}  // namespace nebtrace::player

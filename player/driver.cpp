@@ -1,0 +1,76 @@
+#include "player/driver.h"
+#include <dlfcn.h>
+
+namespace nebtrace::player
+{
+namespace
+{
+// Libraries stay open: drivers do not survive being closed and opened again.
+void* OpenLibrary(char const* soname, std::string& error)
+{
+    void* const library = dlopen(soname, RTLD_NOW | RTLD_LOCAL);
+    if (!library)
+        error = dlerror();
+    return library;
+}
+
+class Lookup
+{
+public:
+    Lookup(void* library, EglFunctions const& egl) : m_library(library), m_egl(egl) {}
+
+    // Core functions are exported; extensions are known to eglGetProcAddress alone.
+    template <typename Function>
+    void Find(char const* name, Function& function)
+    {
+        void* found = dlsym(m_library, name);
+        if (!found && m_egl.eglGetProcAddress)
+            found = reinterpret_cast<void*>(m_egl.eglGetProcAddress(name));
+        function = reinterpret_cast<Function>(found);
+    }
+
+private:
+    void* m_library;
+    EglFunctions const& m_egl;
+};
+
+void FindAll(void* library, EglFunctions& egl)
+{
+    Lookup lookup(library, egl);
+    // First, because it finds the others.
+    lookup.Find("eglGetProcAddress", egl.eglGetProcAddress);
+#define EGL(id, kind, fallback, result, name, parameters, arguments) lookup.Find(#name, egl.name);
+#define EGL_REPLAYED(id, kind, fallback, result, name, parameters, arguments, wrapperParameters)             \
+    lookup.Find(#name, egl.name);
+#include "api/egl.def"
+    lookup.Find("eglGetPlatformDisplayEXT", egl.eglGetPlatformDisplayEXT);
+}
+
+void FindAll(void* library, EglFunctions const& egl, Es2Functions& es2)
+{
+    Lookup lookup(library, egl);
+#define ES2(id, kind, fallback, result, name, parameters, arguments) lookup.Find(#name, es2.name);
+#define ES2_REPLAYED(id, kind, fallback, result, name, parameters, arguments, wrapperParameters)             \
+    lookup.Find(#name, es2.name);
+#include "api/es2.def"
+}
+}  // namespace
+
+std::unique_ptr<Driver> Driver::Open(std::string& error)
+{
+    void* const egl = OpenLibrary("libEGL.so.1", error);
+    void* const es2 = egl ? OpenLibrary("libGLESv2.so.2", error) : nullptr;
+    if (!es2)
+        return nullptr;
+    auto driver = std::make_unique<Driver>();
+    FindAll(egl, driver->egl);
+    FindAll(es2, driver->egl, driver->es2);
+    if (!driver->egl.eglGetProcAddress || !driver->egl.eglMakeCurrent)
+        error = "libEGL.so.1 is no EGL library";
+    else if (!driver->es2.glDrawElements || !driver->es2.glReadPixels)
+        error = "libGLESv2.so.2 is no OpenGL ES 2 library";
+    else
+        return driver;
+    return nullptr;
+}
+}  // namespace nebtrace::player

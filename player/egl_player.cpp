@@ -1,0 +1,247 @@
+#include "player/egl_player.h"
+
+namespace nebtrace::player
+{
+namespace
+{
+constexpr Size kUsualSize = {640, 480};
+
+// The pairs up to the terminator. A list of odd length has lost its terminator and keeps its whole pairs.
+Attributes AttributesOf(Call const& call, char const* name)
+{
+    Attributes attributes;
+    DecodedField const* const field = call.Find(name);
+    if (!field || !field->hasData)
+        return attributes;
+    for (size_t i = 0; i + 1 < field->count; i += 2)
+    {
+        auto const key = static_cast<EGLint>(ValueAt(*field, i));
+        if (key == EGL_NONE)
+            break;
+        attributes[key] = static_cast<EGLint>(ValueAt(*field, i + 1));
+    }
+    return attributes;
+}
+
+EGLint ValueOf(Attributes const& attributes, EGLint key)
+{
+    auto const found = attributes.find(key);
+    return found == attributes.end() ? 0 : found->second;
+}
+
+int Field(Call const& call, char const* name)
+{
+    DecodedField const* const field = call.Find(name);
+    return field ? static_cast<int>(field->value) : 0;
+}
+
+Size Limited(int64_t width, int64_t height)
+{
+    Size size;
+    size.Include(width, height);
+    return size;
+}
+}  // namespace
+
+// The rest of EGL only asks, waits, or shows itself in no picture.
+EglPlayer::Entry const EglPlayer::kEntries[] = {
+    {"eglCreateContext", &EglPlayer::CreateContext},
+    {"eglCreateWindowSurface", &EglPlayer::CreateWindowSurface},
+    {"eglCreatePbufferSurface", &EglPlayer::CreatePbufferSurface},
+    {"eglCreatePixmapSurface", &EglPlayer::CreateOtherSurface},
+    {"eglCreatePbufferFromClientBuffer", &EglPlayer::CreateOtherSurface},
+    {"eglDestroyContext", &EglPlayer::DestroyContext},
+    {"eglDestroySurface", &EglPlayer::DestroySurface},
+    {"eglMakeCurrent", &EglPlayer::MakeCurrent},
+    {"eglReleaseThread", &EglPlayer::ReleaseThread},
+    {"eglSwapBuffers", &EglPlayer::SwapBuffers},
+    {"eglCreateImageKHR", &EglPlayer::CreateImage},
+    {"eglDestroyImageKHR", &EglPlayer::DestroyImage},
+    {"eglBindTexImage", &EglPlayer::TexImage},
+    {"eglReleaseTexImage", &EglPlayer::TexImage},
+};
+
+EglPlayer::EglPlayer(Driver const& driver, Survey const& survey, bool window, Reporter report)
+    : m_egl(driver.egl), m_survey(survey), m_report(std::move(report)), m_device(driver, window)
+{
+}
+
+// What failed when it was recorded made nothing.
+void EglPlayer::Play(Call const& call, uint64_t thread)
+{
+    if (call.Failed() || (call.Decoded().Result() && call.Result() == 0))
+        return;
+    m_thread = thread;
+    for (Entry const& entry : kEntries)
+        if (call.Name() == entry.name)
+            return (this->*entry.handler)(call);
+}
+
+Size EglPlayer::SizeOf(uint32_t surface, Size known) const
+{
+    auto const recorded = m_survey.surfaces.find(surface);
+    if (recorded != m_survey.surfaces.end() && !recorded->second.Empty())
+        known.Include(recorded->second.width, recorded->second.height);
+    for (Size const& size : {known, m_survey.frame, m_survey.viewport})
+        if (!size.Empty())
+            return size;
+    return kUsualSize;
+}
+
+void EglPlayer::CreateContext(Call const& call)
+{
+    uint32_t const shared = call.Word("share_context");
+    Attributes const config = AttributesOf(call, "config_attribs");
+    std::shared_ptr<Context> const other = m_contexts.Find(shared, nullptr);
+    m_contexts.Set(call.Result(), m_device.MakeContext(config, AttributesOf(call, "attrib_list"), other));
+}
+
+void EglPlayer::CreateWindowSurface(Call const& call)
+{
+    // A state that was captured carries the config as it was when the window was made.
+    Attributes config = AttributesOf(call, "saved_config_attribs");
+    if (config.empty())
+        config = AttributesOf(call, "config_attribs");
+    Size const window = Limited(Field(call, "window_field1"), Field(call, "window_field2"));
+    m_surfaces.Set(call.Result(), m_device.MakeWindow(config, SizeOf(call.Result(), window)));
+}
+
+void EglPlayer::CreatePbufferSurface(Call const& call)
+{
+    Attributes const attributes = AttributesOf(call, "attrib_list");
+    Size const size = Limited(ValueOf(attributes, EGL_WIDTH), ValueOf(attributes, EGL_HEIGHT));
+    // Of the attributes, those that make a texture of the pbuffer matter later.
+    Attributes own;
+    for (EGLint const key : {EGL_TEXTURE_FORMAT, EGL_TEXTURE_TARGET, EGL_MIPMAP_TEXTURE})
+        if (attributes.count(key) != 0)
+            own[key] = ValueOf(attributes, key);
+    m_surfaces.Set(call.Result(), m_device.MakePbuffer(AttributesOf(call, "config_attribs"), own,
+                                                       SizeOf(call.Result(), size)));
+}
+
+// There is no pixmap and no client buffer here: a pbuffer takes their place.
+void EglPlayer::CreateOtherSurface(Call const& call)
+{
+    m_surfaces.Set(call.Result(),
+                   m_device.MakePbuffer(AttributesOf(call, "config_attribs"), {}, SizeOf(call.Result(), {})));
+}
+
+void EglPlayer::DestroyContext(Call const& call) { m_contexts.Forget(call.Word("ctx")); }
+
+void EglPlayer::DestroySurface(Call const& call) { m_surfaces.Forget(call.Word("surface")); }
+
+std::shared_ptr<Context> EglPlayer::MakeContextOnDemand(Attributes const& config)
+{
+    EGLint const version = m_survey.usesEs1 && !m_survey.usesEs2 ? 1 : 2;
+    return m_device.MakeContext(config, {{EGL_CONTEXT_CLIENT_VERSION, version}}, nullptr);
+}
+
+std::shared_ptr<Context> EglPlayer::FindContext(uint32_t recorded, Attributes const& config)
+{
+    if (recorded != 0 && !m_contexts.Has(recorded))
+        m_contexts.Set(recorded, MakeContextOnDemand(config));
+    return m_contexts.Find(recorded, nullptr);
+}
+
+std::shared_ptr<Surface> EglPlayer::FindSurface(uint32_t recorded, Attributes const& config)
+{
+    if (recorded != 0 && !m_surfaces.Has(recorded))
+        m_surfaces.Set(recorded, m_device.MakePbuffer(config, {}, SizeOf(recorded, {})));
+    return m_surfaces.Find(recorded, nullptr);
+}
+
+void EglPlayer::MakeCurrent(Call const& call)
+{
+    Binding binding;
+    Attributes config = AttributesOf(call, "config_attribs");
+    binding.context = FindContext(call.Word("ctx"), config);
+    if (!binding.context)
+    {
+        m_threads.erase(m_thread);
+        return;
+    }
+    if (config.empty())
+        config = binding.context->configAttributes;
+    binding.draw = FindSurface(call.Word("draw"), config);
+    binding.read = FindSurface(call.Word("read"), config);
+    m_threads[m_thread] = binding;
+    SwitchTo(binding);
+}
+
+void EglPlayer::ReleaseThread(Call const&) { m_threads.erase(m_thread); }
+
+void EglPlayer::SwitchTo(Binding const& binding)
+{
+    if (binding.context == m_current.context && binding.draw == m_current.draw &&
+        binding.read == m_current.read)
+        return;
+    m_device.MakeCurrent(binding.draw.get(), binding.read.get(), binding.context.get());
+    m_current = binding;
+}
+
+std::shared_ptr<Context> EglPlayer::Current(uint64_t thread)
+{
+    Binding& binding = m_threads[thread];
+    if (!binding.context)
+    {
+        // A snapshot is written under the context that was current then, or under none: any will do.
+        binding.context = m_contexts.Empty() ? MakeContextOnDemand({}) : m_contexts.begin()->second;
+        binding.draw = binding.read =
+            m_device.MakePbuffer(binding.context->configAttributes, {}, SizeOf(0, {}));
+    }
+    SwitchTo(binding);
+    return binding.context;
+}
+
+Surface const* EglPlayer::CurrentDraw(uint64_t thread) { return m_threads[thread].draw.get(); }
+
+void EglPlayer::SwapBuffers(Call const& call)
+{
+    Current(m_thread);
+    if (std::shared_ptr<Surface> const surface = m_surfaces.Find(call.Word("surface"), nullptr))
+        m_device.Swap(*surface);
+}
+
+void EglPlayer::CreateImage(Call const& call)
+{
+    std::shared_ptr<Context> const context = Current(m_thread);
+    auto const target = static_cast<EGLenum>(call.Word("target"));
+    uint32_t const source = call.Word("buffer");
+    GLuint own = kNoSuchName;
+    if (target == EGL_GL_RENDERBUFFER_KHR)
+        own = context->shared->renderbuffers.Find(source, kNoSuchName);
+    else if (target >= EGL_GL_TEXTURE_2D_KHR && target <= EGL_GL_TEXTURE_CUBE_MAP_NEGATIVE_Z_KHR)
+        own = context->shared->textures.Find(source, kNoSuchName);
+    if (own == kNoSuchName || !m_egl.eglCreateImageKHR)
+        return m_report(Problem::NotReplayed, call, "its source is not in the trace");
+    EGLint const attributes[] = {EGL_GL_TEXTURE_LEVEL_KHR,
+                                 ValueOf(AttributesOf(call, "attrib_list"), EGL_GL_TEXTURE_LEVEL_KHR),
+                                 EGL_NONE};
+    bool const isTexture = target != EGL_GL_RENDERBUFFER_KHR;
+    auto const buffer = reinterpret_cast<EGLClientBuffer>(static_cast<uintptr_t>(own));
+    EGLImageKHR const image = m_egl.eglCreateImageKHR(m_device.Display(), context->own, target, buffer,
+                                                      isTexture ? attributes : nullptr);
+    if (!image)
+        return m_report(Problem::NotReplayed, call, "the driver makes no such image");
+    m_images.Set(call.Result(), image);
+}
+
+void EglPlayer::DestroyImage(Call const& call)
+{
+    EGLImageKHR const image = m_images.Find(call.Word("image"), nullptr);
+    if (image && m_egl.eglDestroyImageKHR)
+        m_egl.eglDestroyImageKHR(m_device.Display(), image);
+    m_images.Forget(call.Word("image"));
+}
+
+void EglPlayer::TexImage(Call const& call)
+{
+    Current(m_thread);
+    std::shared_ptr<Surface> const surface = m_surfaces.Find(call.Word("surface"), nullptr);
+    if (!surface)
+        return m_report(Problem::NotReplayed, call, "its surface is not in the trace");
+    auto const function = call.Name() == "eglBindTexImage" ? m_egl.eglBindTexImage : m_egl.eglReleaseTexImage;
+    if (!function(m_device.Display(), surface->own, static_cast<EGLint>(call.Word("buffer"))))
+        m_report(Problem::NotReplayed, call, "the driver refuses it");
+}
+}  // namespace nebtrace::player

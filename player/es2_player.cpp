@@ -1,0 +1,164 @@
+#include "player/es2_player.h"
+#include "player/arguments.h"
+#include "player/es2_functions.h"
+#include "trace/enums.h"
+#include <unordered_map>
+
+namespace nebtrace::player
+{
+namespace
+{
+using Table = std::unordered_map<std::string, Es2Handler>;
+
+Table MakeTable()
+{
+    Table table;
+    for (auto const& family :
+         {Es2ObjectHandlers(), Es2TextureHandlers(), Es2BufferHandlers(), Es2ProgramHandlers(),
+          Es2UniformHandlers(), Es2ArrayHandlers(), Es2DrawHandlers(), Es2SkippedHandlers()})
+        for (Es2Entry const& entry : family)
+            table.emplace(entry.name, entry.handler);
+    return table;
+}
+
+Es2Handler FindHandler(std::string const& name)
+{
+    static Table const table = MakeTable();
+    auto const found = table.find(name);
+    return found == table.end() ? nullptr : found->second;
+}
+
+bool BeginsWith(std::string const& name, char const* start) { return name.rfind(start, 0) == 0; }
+
+bool IsQuery(std::string const& name)
+{
+    for (char const* const start : {"glGet", "glIs", "glRead", "glCheck", "glExtGet", "glExtIs", "glTest"})
+        if (BeginsWith(name, start))
+            return !BeginsWith(name, "glReadBuffer");
+    return false;
+}
+
+bool HasBarePointer(Call const& call)
+{
+    for (DecodedField const& field : call.Decoded().fields)
+        if (field.spec->isArgument && field.spec->kind == Kind::Pointer)
+            return true;
+    return false;
+}
+
+std::string ErrorName(GLenum error)
+{
+    char const* const name = EnumName("ErrorCode", error);
+    return name ? name : "error " + std::to_string(error);
+}
+}  // namespace
+
+Es2Player::Es2Player(Driver const& driver, Survey const& survey, EglPlayer& egl, Options options,
+                     Reporter report)
+    : m_gl(driver.es2), m_survey(survey), m_egl(egl), m_options(options), m_report(std::move(report))
+{
+}
+
+Es2Player::~Es2Player() = default;
+
+void Es2Player::Play(Call const& call, uint64_t thread, Part part, bool inState)
+{
+    m_context = m_egl.Current(thread);
+    m_inState = inState;
+    if (part != m_part)
+        for (auto& program : Shared().programState)
+            program.second.links = 0;
+    m_part = part;
+    std::string const name = call.Name();
+    if (Es2Handler const handler = FindHandler(name))
+        handler(*this, call);
+    else if (IsQuery(name))
+        PlayQuery(call);
+    else if (HasBarePointer(call))
+        NotReplayed(call, "what it points at is not in the record");
+    else
+        PlayPlain(call);
+    if (m_options.checkErrors)
+        CheckErrors(call);
+}
+
+uint64_t Es2Player::PlayPlain(Call const& call)
+{
+    Es2Function const* const function = FindEs2Function(call.Id());
+    if (!function || !function->present(m_gl))
+    {
+        NotReplayed(call, "the driver has no such function");
+        return 0;
+    }
+    auto const translate = [this](std::string const& kind, uint32_t recorded) {
+        return OwnName(kind, recorded);
+    };
+    Arguments const arguments(call, translate);
+    if (arguments.Count() != function->arguments)
+        throw BadRecord("it has the wrong number of arguments");
+    return function->invoke(m_gl, arguments.Words());
+}
+
+// A context that was lost answers with an error for ever.
+void Es2Player::CheckErrors(Call const& call)
+{
+    constexpr int kMost = 8;
+    for (int i = 0; i < kMost; ++i)
+    {
+        GLenum const error = m_gl.glGetError();
+        if (error == GL_NO_ERROR)
+            return;
+        if (!call.Failed())
+            m_report(Problem::GlError, call, ErrorName(error));
+    }
+}
+
+ObjectMap<GLuint>* Es2Player::Names(std::string const& kind)
+{
+    struct Class
+    {
+        char const* name;
+        ObjectMap<GLuint>* names;
+    };
+    Context& context = *m_context;
+    ShareGroup& shared = *context.shared;
+    Class const classes[] = {{"texture", &shared.textures},
+                             {"buffer", &shared.buffers},
+                             {"program", &shared.programs},
+                             {"shader", &shared.shaders},
+                             {"framebuffer", &context.framebuffers},
+                             {"renderbuffer", &shared.renderbuffers},
+                             {"vertex_array", &context.vertexArrays},
+                             {"fence", &shared.fences},
+                             {"query", &context.queries},
+                             {"program_pipeline", &context.pipelines}};
+    for (Class const& each : classes)
+        if (kind == each.name)
+            return each.names;
+    return nullptr;
+}
+
+GLuint Es2Player::OwnName(std::string const& kind, uint32_t recorded)
+{
+    ObjectMap<GLuint>* const names = Names(kind);
+    if (!names)
+        return recorded;
+    if (recorded == 0 || names->Has(recorded))
+        return names->Find(recorded, kNoSuchName);
+    GLuint own = kNoSuchName;
+    if (kind == "texture")
+        m_gl.glGenTextures(1, &own);
+    else if (kind == "buffer")
+        m_gl.glGenBuffers(1, &own);
+    else if (kind == "framebuffer")
+        m_gl.glGenFramebuffers(1, &own);
+    else if (kind == "renderbuffer")
+        m_gl.glGenRenderbuffers(1, &own);
+    else if (kind == "vertex_array" && m_gl.glGenVertexArraysOES)
+        m_gl.glGenVertexArraysOES(1, &own);
+    else
+        return kNoSuchName;
+    names->Set(recorded, own);
+    return own;
+}
+}  // namespace nebtrace::player

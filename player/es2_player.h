@@ -1,0 +1,84 @@
+// The dispatcher of OpenGL ES 2 calls. Calls of plain values, names and sized arrays are handed to the driver
+// as the layouts describe them; those that need more have a handler in the file of their family (es2_*.cpp).
+#pragma once
+#include "player/driver.h"
+#include "player/egl_player.h"
+#include "player/report.h"
+#include "player/state.h"
+#include "player/survey.h"
+#include <vector>
+
+namespace nebtrace::player
+{
+class Es2Player;
+
+using Es2Handler = void (*)(Es2Player&, Call const&);
+
+struct Es2Entry
+{
+    char const* name;
+    Es2Handler handler;
+};
+
+class Es2Player
+{
+public:
+    struct Options
+    {
+        bool checkErrors = true;
+        bool checkQueries = false;
+    };
+
+    Es2Player(Driver const& driver, Survey const& survey, EglPlayer& egl, Options options, Reporter report);
+    ~Es2Player();
+
+    // `part`: of the file, where the record stands; `inState`: between the markers of a captured state.
+    void Play(Call const& call, uint64_t thread, Part part, bool inState);
+
+    // Hands the call to the driver as it is; returns the result.
+    uint64_t PlayPlain(Call const& call);
+    // Compares a query with the recording, if that was asked for.
+    void PlayQuery(Call const& call);
+
+    // The player's own name of an object; objects that come into being at their first use are made.
+    GLuint OwnName(std::string const& kind, uint32_t recorded);
+    // Where the names of a class are kept; null if the class has no names.
+    ObjectMap<GLuint>* Names(std::string const& kind);
+
+    void NotReplayed(Call const& call, std::string const& why) { m_report(Problem::NotReplayed, call, why); }
+    void QueryDiffers(Call const& call, std::string const& how)
+    {
+        m_report(Problem::QueryDiffers, call, how);
+    }
+
+    Es2Functions const& Gl() const { return m_gl; }
+    Context& Now() { return *m_context; }
+    ShareGroup& Shared() { return *m_context->shared; }
+    EglPlayer const& Egl() const { return m_egl; }
+    Survey const& GetSurvey() const { return m_survey; }
+    Part CurrentPart() const { return m_part; }
+    bool InState() const { return m_inState; }
+
+private:
+    void CheckErrors(Call const& call);
+
+    Es2Functions const& m_gl;
+    Survey const& m_survey;
+    EglPlayer& m_egl;
+    Options m_options;
+    Reporter m_report;
+    std::shared_ptr<Context> m_context;
+    Part m_part = Part::Frames;
+    bool m_inState = false;
+};
+
+// The families' handlers.
+std::vector<Es2Entry> Es2ObjectHandlers();
+std::vector<Es2Entry> Es2TextureHandlers();
+std::vector<Es2Entry> Es2BufferHandlers();
+std::vector<Es2Entry> Es2ProgramHandlers();
+std::vector<Es2Entry> Es2UniformHandlers();
+std::vector<Es2Entry> Es2ArrayHandlers();
+std::vector<Es2Entry> Es2DrawHandlers();
+std::vector<Es2Entry> Es2SkippedHandlers();
+}  // namespace nebtrace::player

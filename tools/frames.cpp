@@ -1,0 +1,72 @@
+// `nebtrace frames`: the recorded frames as PNG files.
+#include "commands.h"
+#include "dump_options.h"
+#include "picture_file.h"
+#include "trace/reader.h"
+#include <iostream>
+#include <memory>
+
+using namespace nebtrace;
+
+namespace
+{
+struct Choice
+{
+    std::string file;
+    std::string folder;
+    std::string frames;
+};
+
+// Whether the frame was written: a swap can have been recorded without its pixels.
+bool WriteFrame(Record const& record, std::string const& folder)
+{
+    DecodedCall decoded;
+    if (!Decode(record.id, Api::Egl, record.payload, decoded))
+        throw player::BadRecord("it fits no layout");
+    std::optional<player::Picture> const picture = RecordedPicture(player::Call(record, decoded));
+    if (picture)
+        WritePicture(folder + "/" + FrameName(record.frame) + ".png", *picture);
+    return picture.has_value();
+}
+
+void RunFrames(Choice const& choice)
+{
+    std::string error;
+    std::unique_ptr<Reader> const reader =
+        Reader::Open(choice.file == "-" ? "/dev/stdin" : choice.file, error);
+    if (!reader)
+        throw CommandFailed(error);
+    Range range;
+    ParseRange(choice.frames, range);
+    MakeFolder(choice.folder);
+    uint64_t written = 0;
+    Record record;
+    try
+    {
+        while (reader->Next(record) && record.frame <= range.last)
+            if (record.id == kSwapBuffersId && range.Holds(record.frame) && WriteFrame(record, choice.folder))
+                ++written;
+    } catch (player::BadRecord const& bad)
+    {
+        throw CommandFailed(choice.file + ": the swap at offset " + std::to_string(record.offset) + ": " +
+                            bad.what());
+    }
+    std::cout << written << (written == 1 ? " frame" : " frames") << " written to " << choice.folder << "\n";
+    if (reader->End() != EndState::Reading && !reader->EndedInOrder())
+        throw CommandFailed(choice.file + ": at offset " + std::to_string(reader->EndOffset()) + ": " +
+                            reader->EndReason());
+    if (written == 0)
+        throw CommandFailed(choice.file + ": no frame in the range was recorded with its pixels");
+}
+}  // namespace
+
+void AddFramesCommand(CLI::App& app)
+{
+    auto const choice = std::make_shared<Choice>();
+    CLI::App* const frames = app.add_subcommand("frames", "Write the recorded frames as PNG files");
+    frames->add_option("FILE", choice->file, "The trace; - for standard input")->required();
+    frames->add_option("DIR", choice->folder, "The folder for the files; made if it is missing")->required();
+    frames->add_option("--frames", choice->frames, "Only these frames of the file: A-B, A- or A")
+        ->check(CheckRange);
+    frames->callback([choice] { RunFrames(*choice); });
+}

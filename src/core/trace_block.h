@@ -62,8 +62,8 @@ NEBTRACE_API uint64_t get_id();
 NEBTRACE_API void TraceEnterCriticalSection();
 NEBTRACE_API void TraceLeaveCriticalSection();
 
-// Used by the load and unload hooks. The key goes with the library: a thread that ends later must not look for
-// its destructor in code that is no longer there.
+// Used by the load and unload hooks. The key goes with the library: a thread that ends later must not look
+// for its destructor in code that is no longer there.
 void CreateThreadBlockKey();
 void DeleteThreadBlockKey();
 // Keeps the section usable in the child of a fork.

@@ -139,7 +139,7 @@ std::shared_ptr<Context> EglPlayer::MakeContextOnDemand(Attributes const& config
 std::shared_ptr<Context> EglPlayer::FindContext(uint32_t recorded, Attributes const& config)
 {
     if (recorded != 0 && !m_contexts.Has(recorded))
-        m_contexts.Set(recorded, MakeContextOnDemand(config));
+        m_contexts.Set(recorded, m_nameless ? std::move(m_nameless) : MakeContextOnDemand(config));
     return m_contexts.Find(recorded, nullptr);
 }
 
@@ -185,7 +185,9 @@ std::shared_ptr<Context> EglPlayer::Current(uint64_t thread)
     if (!binding.context)
     {
         // A snapshot is written under the context that was current then, or under none: any will do.
-        binding.context = m_contexts.Empty() ? MakeContextOnDemand({}) : m_contexts.begin()->second;
+        if (m_contexts.Empty() && !m_nameless)
+            m_nameless = MakeContextOnDemand({});
+        binding.context = m_nameless ? m_nameless : m_contexts.begin()->second;
         binding.draw = binding.read =
             m_device.MakePbuffer(binding.context->configAttributes, {}, SizeOf(0, {}));
     }

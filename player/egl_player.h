@@ -58,6 +58,8 @@ private:
     Reporter m_report;
     Device m_device;
     ObjectMap<std::shared_ptr<Context>> m_contexts;
+    // Made for calls ahead of any eglMakeCurrent: the first handle that no record has made stands for it.
+    std::shared_ptr<Context> m_nameless;
     ObjectMap<std::shared_ptr<Surface>> m_surfaces;
     ObjectMap<EGLImageKHR> m_images;
     std::map<uint64_t, Binding> m_threads;

@@ -1,0 +1,103 @@
+"""Recordings of the examples, replayed: every frame must come out as it was recorded."""
+
+import os
+import sys
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "e2e"))
+from support import BUILD, NEBTRACE, ScratchTest  # noqa: E402
+
+EXAMPLES = ("cube", "client_arrays", "render_target", "cube_map", "programs")
+
+
+def example(name):
+    return os.path.join(BUILD, "examples", name)
+
+
+class Replay(ScratchTest):
+    def record_frames(self, name, *arguments):
+        self.record_well("--frames", "0-4", "--save-frames", "-o", name + ".nebt", "--", example(name),
+                         "--frames", "5", "--size", "120x90", *arguments)  # fmt: skip
+        return name + ".nebt"
+
+    def replay(self, *arguments):
+        return self.run_command(NEBTRACE, "replay", *arguments)
+
+    # The proof that a recording holds all that a program drew with: an empty context, and the same pixels.
+    def test_every_frame_of_every_example_is_replayed_identically(self):
+        for name in EXAMPLES:
+            with self.subTest(example=name):
+                done = self.replay("--verify", self.record_frames(name))
+                self.assertEqual(done.stderr, "")
+                self.assertIn("5 frames compared, 0 differ\n", done.stdout)
+                self.assertEqual(done.returncode, 0)
+
+    # What the queries of a program answer on the same driver is what they answered when it was recorded.
+    def test_queries_answer_as_they_did(self):
+        for name in EXAMPLES:
+            with self.subTest(example=name):
+                done = self.replay("--check-queries", self.record_frames(name))
+                self.assertEqual(done.stderr, "")
+                self.assertEqual(done.returncode, 0)
+
+    # The recorded frames are the pictures that the program itself reads back.
+    def test_frames_writes_what_the_example_wrote(self):
+        trace = self.record_frames("cube", "--png", "last.png")
+        done = self.run_command(NEBTRACE, "frames", trace, "pictures")
+        self.assertEqual(done.stdout, "5 frames written to pictures\n")
+        self.assertEqual(sorted(os.listdir(self.path("pictures"))), [f"frame_0000{i}.png" for i in range(5)])
+        with open(self.path("pictures/frame_00004.png"), "rb") as one, open(self.path("last.png"), "rb") as other:
+            self.assertEqual(one.read(), other.read())
+
+    # Replayed frames come out as files; of frames that do not differ, --diff writes nothing.
+    def test_replayed_frames_are_written_and_differences_only_where_there_are_any(self):
+        trace = self.record_frames("client_arrays", "--png", "last.png")
+        done = self.replay("--out", "out", "--diff", "differences", "--frames", "3-4", trace)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertEqual(sorted(os.listdir(self.path("out"))), ["frame_00003.png", "frame_00004.png"])
+        self.assertEqual(os.listdir(self.path("differences")), [])
+        with open(self.path("out/frame_00004.png"), "rb") as one, open(self.path("last.png"), "rb") as other:
+            self.assertEqual(one.read(), other.read())
+
+    # A frame that was tampered with is shown from all three sides.
+    def test_a_frame_that_differs_is_written_with_its_difference(self):
+        trace = self.record_frames("cube")
+        with open(self.path(trace), "r+b") as file:
+            file.seek(-20, os.SEEK_END)  # the last frame's last pixels stand ahead of eglMakeCurrent and its kin
+            content = bytearray(open(self.path(trace), "rb").read())
+            at = content.rindex(bytes([120, 0, 0, 0, 90, 0, 0, 0])) + 16 + 5000
+            content[at] ^= 0x40
+            file.seek(0)
+            file.write(content)
+        done = self.replay("--verify", "--diff", "differences", trace)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("frame 4 differs: 1 pixels, largest channel difference 64\n", done.stdout)
+        written = [f"frame_00004_{what}.png" for what in ("difference", "recorded", "replayed")]
+        self.assertEqual(sorted(os.listdir(self.path("differences"))), written)
+
+    # Each round begins with an empty context and so draws the same.
+    def test_loops_repeat_the_whole_replay(self):
+        done = self.replay("--verify", "--loop", "3", self.record_frames("programs"))
+        self.assertIn("15 frames compared, 0 differ\n", done.stdout)
+        self.assertEqual(done.returncode, 0, done.stderr)
+
+    # The times of all frames in the range, of all rounds.
+    def test_bench_prints_times_and_calls_per_second(self):
+        done = self.replay("--bench", "--loop", "2", self.record_frames("render_target"))
+        self.assertRegex(done.stdout, r"frame time: min \d+\.\d+ ms, median \d+\.\d+ ms, p99 \d+\.\d+ ms\n")
+        self.assertRegex(done.stdout, r"\n[1-9]\d* calls per second\n")
+
+    # Shown in a window, a recording is drawn by the same calls; without a display there is none.
+    def test_window_needs_a_display(self):
+        trace = self.record_frames("cube_map")
+        done = self.replay("--window", trace)
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(done.stderr, "nebtrace: there is no X display to show a window on\n")
+        self.start_display()
+        done = self.replay("--window", trace)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertIn("5 frames, ", done.stdout)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -3,6 +3,7 @@
 #include "dump_json.h"
 #include "dump_options.h"
 #include "dump_output.h"
+#include "extract.h"
 #include "trace/print.h"
 #include "trace/reader.h"
 #include <cinttypes>
@@ -46,6 +47,7 @@ private:
     Range m_frames;
     Range m_calls;
     Pattern m_grep;
+    std::unique_ptr<Extract> m_extract;  // null unless it was asked for
     uint64_t m_snapshot;
     bool m_inSnapshot = false;
     DecodedCall m_call;
@@ -60,6 +62,8 @@ Dump::Dump(Options const& options, Reader& reader)
 {
     ParseRange(options.frames, m_frames);
     ParseRange(options.calls, m_calls);
+    if (!options.extract.empty())
+        m_extract = std::make_unique<Extract>(options.extract);
 }
 
 void Dump::Run()
@@ -69,6 +73,8 @@ void Dump::Run()
     {
         if (Past(record))
             return Report(false);
+        if (m_extract)
+            m_extract->Observe(record);
         if (Wanted(record) && !Print(record))
             return;
     }
@@ -129,6 +135,8 @@ bool Dump::PrintCall(Record const& record)
     std::string const line = CallLine(record, decoded);
     if (!m_options.grep.empty() && !m_grep.Matches(line))
         return true;
+    if (m_extract && decoded)
+        m_extract->Write(record.call, m_call);
     if (!m_output.Line(m_options.json ? JsonLine(record, decoded) : line))
         return false;
     return record.id != kSwapBuffersId || PrintFrameEnd(record);
@@ -206,6 +214,10 @@ void AddDumpCommand(CLI::App& app)
     dump->add_option("--grep", options->grep,
                      "Only calls whose line has a match of this (extended) regular expression")
         ->check(CheckPattern);
+    dump->add_option("--extract", options->extract,
+                     "Also write what the printed calls carry into this folder: images as PNG where one can "
+                     "hold them, their rows from top to bottom as they were uploaded, frames and pixels that "
+                     "were read back turned upright; shader sources as text; the rest as .bin");
     dump->add_flag("--json", options->json, "One JSON object a line");
     dump->callback([options] { RunDump(*options); });
 }

@@ -10,6 +10,7 @@ struct Options
     std::string frames;
     std::string calls;
     std::string grep;
+    std::string extract;
     bool json = false;
 };
 

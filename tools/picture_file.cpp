@@ -20,14 +20,15 @@ void MakeFolder(std::string const& folder)
         throw CommandFailed(folder + ": " + (error ? error.message() : "is no folder"));
 }
 
-void WritePicture(std::string const& path, nebtrace::player::Picture const& picture)
+void WritePicture(std::string const& path, nebtrace::player::Picture const& picture, FirstRow first)
 {
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
     image.width = static_cast<png_uint_32>(picture.width);
     image.height = static_cast<png_uint_32>(picture.height);
     image.format = PNG_FORMAT_RGBA;
-    // GL's first row is the lowest, PNG's the highest: a negative stride turns the picture over.
-    if (!png_image_write_to_file(&image, path.c_str(), 0, picture.pixels.data(), -picture.width * 4, nullptr))
+    // PNG's first row is the highest: a negative stride turns a picture over that begins with the lowest.
+    int const stride = first == FirstRow::Lowest ? -picture.width * 4 : picture.width * 4;
+    if (!png_image_write_to_file(&image, path.c_str(), 0, picture.pixels.data(), stride, nullptr))
         throw CommandFailed(path + ": " + image.message);
 }

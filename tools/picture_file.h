@@ -9,5 +9,13 @@ std::string FrameName(uint64_t index);
 // Makes the folder if it is missing. Throws CommandFailed.
 void MakeFolder(std::string const& folder);
 
+// Which row of the picture its pixels begin with. GL's own pictures begin with the lowest.
+enum class FirstRow
+{
+    Lowest,
+    Highest
+};
+
 // Throws CommandFailed if the file cannot be written.
-void WritePicture(std::string const& path, nebtrace::player::Picture const& picture);
+void WritePicture(std::string const& path, nebtrace::player::Picture const& picture,
+                  FirstRow first = FirstRow::Lowest);

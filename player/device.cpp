@@ -120,6 +120,12 @@ EGLConfig Device::FindConfig(Attributes const& wanted, EGLint surfaceBit, int ve
     {
         bool const fits = (ConfigAttribute(config, EGL_SURFACE_TYPE) & surfaceBit) != 0 &&
                           (ConfigAttribute(config, EGL_RENDERABLE_TYPE) & RenderableBit(version)) != 0;
+        // An ID is all that a captured state knows of some configs. It is worth trying on a machine that may
+        // be the recording's own.
+        bool const same = !IsDescribed(wanted) && wanted.count(EGL_CONFIG_ID) != 0 &&
+                          wanted.at(EGL_CONFIG_ID) == ConfigAttribute(config, EGL_CONFIG_ID);
+        if (fits && same)
+            return config;
         EGLint const distance = fits ? Distance(config, wanted) : least;
         if (distance < least)
         {
@@ -132,31 +138,32 @@ EGLConfig Device::FindConfig(Attributes const& wanted, EGLint surfaceBit, int ve
     return best;
 }
 
-std::shared_ptr<Context> Device::MakeContext(Attributes const& config, Attributes const& attributes,
-                                             std::shared_ptr<Context> const& sharedWith)
+void Device::Realize(Context& context)
 {
-    auto context = std::make_shared<Context>();
-    auto const version = attributes.find(EGL_CONTEXT_CLIENT_VERSION);
-    bool const newer = version != attributes.end() && version->second >= 2;
-    context->version = newer ? (version->second == 2 ? 2 : 3) : 1;
+    if (context.own != EGL_NO_CONTEXT)
+        return;
+    EGLContext share = EGL_NO_CONTEXT;
+    if (context.sharedWith)
+    {
+        if (!IsDescribed(context.sharedWith->config))
+            context.sharedWith->config = context.config;
+        Realize(*context.sharedWith);
+        share = context.sharedWith->own;
+    }
     EGLint const surfaceBit = m_windows ? EGL_WINDOW_BIT : EGL_PBUFFER_BIT;
-    context->configAttributes = config;
-    EGLConfig const own = FindConfig(config, surfaceBit, context->version);
+    EGLConfig const config = FindConfig(context.config, surfaceBit, context.version);
     // Of what the recording asked for, only the version shows in a picture; the rest the driver may not know.
-    EGLint const list[] = {EGL_CONTEXT_CLIENT_VERSION, context->version, EGL_NONE};
-    EGLContext const share = sharedWith ? sharedWith->own : EGL_NO_CONTEXT;
-    context->own = m_egl.eglCreateContext(m_display, own, share, list);
-    if (context->own == EGL_NO_CONTEXT)
-        Fail("no context for OpenGL ES " + std::to_string(context->version) + " can be made");
-    if (sharedWith)
-        context->shared = sharedWith->shared;
-    m_contexts.push_back(context->own);
-    return context;
+    EGLint const list[] = {EGL_CONTEXT_CLIENT_VERSION, context.version, EGL_NONE};
+    context.own = m_egl.eglCreateContext(m_display, config, share, list);
+    if (context.own == EGL_NO_CONTEXT)
+        Fail("no context for OpenGL ES " + std::to_string(context.version) + " can be made");
+    m_contexts.push_back(context.own);
 }
 
 std::shared_ptr<Surface> Device::MakePbuffer(Attributes const& config, Attributes attributes, Size size)
 {
     auto surface = std::make_shared<Surface>();
+    surface->config = config;
     surface->width = attributes[EGL_WIDTH] = size.width;
     surface->height = attributes[EGL_HEIGHT] = size.height;
     EGLConfig const own = FindConfig(config, EGL_PBUFFER_BIT, 2);
@@ -173,6 +180,7 @@ std::shared_ptr<Surface> Device::MakeWindow(Attributes const& config, Size size)
     if (!m_windows)
         return MakePbuffer(config, {}, size);
     auto surface = std::make_shared<Surface>();
+    surface->config = config;
     surface->width = size.width;
     surface->height = size.height;
     EGLConfig const own = FindConfig(config, EGL_WINDOW_BIT, 2);

@@ -20,8 +20,8 @@ public:
     Device& operator=(Device const&) = delete;
 
     // Throw DriverFailure.
-    std::shared_ptr<Context> MakeContext(Attributes const& config, Attributes const& attributes,
-                                         std::shared_ptr<Context> const& sharedWith);
+    // Makes the driver's context, unless it is there. A context must fit the surfaces that it draws on.
+    void Realize(Context& context);
     std::shared_ptr<Surface> MakePbuffer(Attributes const& config, Attributes attributes, Size size);
     // A pbuffer too, unless windows are shown.
     std::shared_ptr<Surface> MakeWindow(Attributes const& config, Size size);

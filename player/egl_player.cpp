@@ -23,6 +23,17 @@ Attributes AttributesOf(Call const& call, char const* name)
     return attributes;
 }
 
+// What a record says of its config. IDs are small; handles are pointers, cut to their low half.
+Attributes ConfigOf(Call const& call, char const* list)
+{
+    constexpr EGLint kMostIds = 0x10000;
+    Attributes config = AttributesOf(call, list);
+    DecodedField const* const field = call.Find("config");
+    if (config.empty() && field && field->value != 0 && field->value < kMostIds)
+        config[EGL_CONFIG_ID] = static_cast<EGLint>(field->value);
+    return config;
+}
+
 EGLint ValueOf(Attributes const& attributes, EGLint key)
 {
     auto const found = attributes.find(key);
@@ -90,10 +101,14 @@ Size EglPlayer::SizeOf(uint32_t surface, Size known) const
 
 void EglPlayer::CreateContext(Call const& call)
 {
-    uint32_t const shared = call.Word("share_context");
-    Attributes const config = AttributesOf(call, "config_attribs");
-    std::shared_ptr<Context> const other = m_contexts.Find(shared, nullptr);
-    m_contexts.Set(call.Result(), m_device.MakeContext(config, AttributesOf(call, "attrib_list"), other));
+    auto context = std::make_shared<Context>();
+    context->config = ConfigOf(call, "config_attribs");
+    EGLint const version = ValueOf(AttributesOf(call, "attrib_list"), EGL_CONTEXT_CLIENT_VERSION);
+    context->version = version < 2 ? 1 : version == 2 ? 2 : 3;
+    context->sharedWith = m_contexts.Find(call.Word("share_context"), nullptr);
+    if (context->sharedWith)
+        context->shared = context->sharedWith->shared;
+    m_contexts.Set(call.Result(), context);
 }
 
 void EglPlayer::CreateWindowSurface(Call const& call)
@@ -130,10 +145,12 @@ void EglPlayer::DestroyContext(Call const& call) { m_contexts.Forget(call.Word("
 
 void EglPlayer::DestroySurface(Call const& call) { m_surfaces.Forget(call.Word("surface")); }
 
-std::shared_ptr<Context> EglPlayer::MakeContextOnDemand(Attributes const& config)
+std::shared_ptr<Context> EglPlayer::MakeContextOnDemand(Attributes const& config) const
 {
-    EGLint const version = m_survey.usesEs1 && !m_survey.usesEs2 ? 1 : 2;
-    return m_device.MakeContext(config, {{EGL_CONTEXT_CLIENT_VERSION, version}}, nullptr);
+    auto context = std::make_shared<Context>();
+    context->config = config;
+    context->version = m_survey.usesEs1 && !m_survey.usesEs2 ? 1 : 2;
+    return context;
 }
 
 std::shared_ptr<Context> EglPlayer::FindContext(uint32_t recorded, Attributes const& config)
@@ -153,15 +170,20 @@ std::shared_ptr<Surface> EglPlayer::FindSurface(uint32_t recorded, Attributes co
 void EglPlayer::MakeCurrent(Call const& call)
 {
     Binding binding;
-    Attributes config = AttributesOf(call, "config_attribs");
-    binding.context = FindContext(call.Word("ctx"), config);
+    Attributes const recorded = ConfigOf(call, "config_attribs");
+    binding.context = FindContext(call.Word("ctx"), recorded);
     if (!binding.context)
     {
         m_threads.erase(m_thread);
         return;
     }
-    if (config.empty())
-        config = binding.context->configAttributes;
+    // A context whose config is not described takes that of the surface that it is to draw on.
+    Attributes& config = binding.context->config;
+    std::shared_ptr<Surface> const known = m_surfaces.Find(call.Word("draw"), nullptr);
+    if (!IsDescribed(config) && known && IsDescribed(known->config))
+        config = known->config;
+    if (!IsDescribed(config) && !recorded.empty())
+        config = recorded;
     binding.draw = FindSurface(call.Word("draw"), config);
     binding.read = FindSurface(call.Word("read"), config);
     m_threads[m_thread] = binding;
@@ -175,6 +197,8 @@ void EglPlayer::SwitchTo(Binding const& binding)
     if (binding.context == m_current.context && binding.draw == m_current.draw &&
         binding.read == m_current.read)
         return;
+    if (binding.context)
+        m_device.Realize(*binding.context);
     m_device.MakeCurrent(binding.draw.get(), binding.read.get(), binding.context.get());
     m_current = binding;
 }
@@ -188,8 +212,7 @@ std::shared_ptr<Context> EglPlayer::Current(uint64_t thread)
         if (m_contexts.Empty() && !m_nameless)
             m_nameless = MakeContextOnDemand({});
         binding.context = m_nameless ? m_nameless : m_contexts.begin()->second;
-        binding.draw = binding.read =
-            m_device.MakePbuffer(binding.context->configAttributes, {}, SizeOf(0, {}));
+        binding.draw = binding.read = m_device.MakePbuffer(binding.context->config, {}, SizeOf(0, {}));
     }
     SwitchTo(binding);
     return binding.context;

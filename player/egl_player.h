@@ -48,7 +48,7 @@ private:
     void TexImage(Call const& call);
 
     std::shared_ptr<Context> FindContext(uint32_t recorded, Attributes const& config);
-    std::shared_ptr<Context> MakeContextOnDemand(Attributes const& config);
+    std::shared_ptr<Context> MakeContextOnDemand(Attributes const& config) const;
     std::shared_ptr<Surface> FindSurface(uint32_t recorded, Attributes const& config);
     Size SizeOf(uint32_t surface, Size known) const;
     void SwitchTo(Binding const& binding);

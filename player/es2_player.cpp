@@ -70,6 +70,8 @@ void Es2Player::Play(Call const& call, uint64_t thread, Part part, bool inState)
             program.second.links = 0;
     m_part = part;
     std::string const name = call.Name();
+    if (name != "glTexImage2D" && name != "glCompressedTexImage2D")
+        PayCubeMipmaps();
     if (Es2Handler const handler = FindHandler(name))
         handler(*this, call);
     else if (IsQuery(name))
@@ -80,6 +82,13 @@ void Es2Player::Play(Call const& call, uint64_t thread, Part part, bool inState)
         PlayPlain(call);
     if (m_options.checkErrors)
         CheckErrors(call);
+}
+
+void Es2Player::PayCubeMipmaps()
+{
+    if (m_owesCubeMipmaps)
+        m_gl.glGenerateMipmap(GL_TEXTURE_CUBE_MAP);
+    m_owesCubeMipmaps = false;
 }
 
 uint64_t Es2Player::PlayPlain(Call const& call)

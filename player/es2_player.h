@@ -59,6 +59,11 @@ public:
     Part CurrentPart() const { return m_part; }
     bool InState() const { return m_inState; }
 
+    // A captured state asks for a cube map's mipmaps behind its first face: they are made once all faces are
+    // there, ahead of the first call that is no image.
+    void OweCubeMipmaps() { m_owesCubeMipmaps = true; }
+    void PayCubeMipmaps();
+
 private:
     void CheckErrors(Call const& call);
 
@@ -70,6 +75,7 @@ private:
     std::shared_ptr<Context> m_context;
     Part m_part = Part::Frames;
     bool m_inState = false;
+    bool m_owesCubeMipmaps = false;
 };
 
 // The families' handlers.

@@ -135,6 +135,14 @@ void PixelStore(Es2Player& player, Call const& call)
         player.Now().unpackAlignment = value;
 }
 
+void GenerateMipmap(Es2Player& player, Call const& call)
+{
+    if (player.InState() && call.Word("target") == GL_TEXTURE_CUBE_MAP_POSITIVE_X)
+        player.OweCubeMipmaps();
+    else
+        player.PlayPlain(call);
+}
+
 GLeglImageOES ImageOf(Es2Player& player, Call const& call)
 {
     return player.Egl().OwnImage(call.Word("image"));
@@ -181,6 +189,7 @@ std::vector<Es2Entry> Es2TextureHandlers()
             {"glCompressedTexImage2D", CompressedTexImage2D<false>},
             {"glCompressedTexSubImage2D", CompressedTexImage2D<true>},
             {"glPixelStorei", PixelStore},
+            {"glGenerateMipmap", GenerateMipmap},
             {"glEGLImageTargetTexture2DOES", ImageTarget<&Es2Functions::glEGLImageTargetTexture2DOES>},
             {"glEGLImageTargetRenderbufferStorageOES",
              ImageTarget<&Es2Functions::glEGLImageTargetRenderbufferStorageOES>}};

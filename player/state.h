@@ -13,6 +13,9 @@ namespace nebtrace::player
 // EGL attributes as pairs, from a record or of the player's own.
 using Attributes = std::map<EGLint, EGLint>;
 
+// Whether anything is known of a config but its ID, which means something on the recording machine only.
+inline bool IsDescribed(Attributes const& config) { return config.count(EGL_RED_SIZE) != 0; }
+
 // A name that no driver gives out: a call with it fails as a call with a deleted name does.
 constexpr GLuint kNoSuchName = 0xFFFFFFFE;
 
@@ -77,9 +80,10 @@ struct VertexArray
 
 struct Context
 {
-    EGLContext own = EGL_NO_CONTEXT;
-    Attributes configAttributes;  // as recorded
+    EGLContext own = EGL_NO_CONTEXT;  // made when it is first current: only then is its config known for sure
+    Attributes config;                // as recorded
     int version = 2;
+    std::shared_ptr<Context> sharedWith;
     std::shared_ptr<ShareGroup> shared = std::make_shared<ShareGroup>();
     ObjectMap<GLuint> framebuffers;
     ObjectMap<GLuint> vertexArrays;
@@ -97,6 +101,7 @@ struct Context
 struct Surface
 {
     EGLSurface own = EGL_NO_SURFACE;
+    Attributes config;  // as recorded
     int width = 0;
     int height = 0;
 };

@@ -41,26 +41,29 @@ void main() {
 constexpr std::uint8_t kFaceColors[6][3] = {{230, 90, 70}, {70, 200, 180}, {245, 245, 235},
                                             {90, 70, 60},  {250, 190, 80}, {110, 120, 240}};
 
-// Squares of a face's colour; smaller levels are darker. Rows of three bytes a texel need no padding here.
+// Squares of a face's colour; smaller levels are darker.
 std::vector<std::uint8_t> FaceTexels(int face, int size, int level)
 {
     std::vector<std::uint8_t> texels;
     for (int y = 0; y < size; ++y)
         for (int x = 0; x < size; ++x)
+        {
+            bool const bright = ((x * 4 / size) + (y * 4 / size)) % 2 == 0;
             for (int channel = 0; channel < 3; ++channel)
             {
-                bool const bright = ((x * 4 / size) + (y * 4 / size)) % 2 == 0;
                 int const value = kFaceColors[face][channel] * (bright ? 10 : 7) / 10;
                 texels.push_back(static_cast<std::uint8_t>(value * (8 - level) / 8));
             }
+            texels.push_back(255);
+        }
     return texels;
 }
 
 void UploadFaces(int size, int level)
 {
     for (int face = 0; face < 6; ++face)
-        glTexImage2D(GL_TEXTURE_CUBE_MAP_POSITIVE_X + static_cast<GLenum>(face), level, GL_RGB, size, size, 0,
-                     GL_RGB, GL_UNSIGNED_BYTE, FaceTexels(face, size, level).data());
+        glTexImage2D(GL_TEXTURE_CUBE_MAP_POSITIVE_X + static_cast<GLenum>(face), level, GL_RGBA, size, size,
+                     0, GL_RGBA, GL_UNSIGNED_BYTE, FaceTexels(face, size, level).data());
 }
 
 GLuint MakeCubeMap(bool ownLevels)
@@ -72,13 +75,11 @@ GLuint MakeCubeMap(bool ownLevels)
     glTexParameteri(GL_TEXTURE_CUBE_MAP, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_CUBE_MAP, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
     glTexParameteri(GL_TEXTURE_CUBE_MAP, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
-    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     UploadFaces(kSize, 0);
     for (int level = 1; ownLevels && kSize >> level > 0; ++level)
         UploadFaces(kSize >> level, level);
     if (!ownLevels)
         glGenerateMipmap(GL_TEXTURE_CUBE_MAP);
-    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
     return texture;
 }
 

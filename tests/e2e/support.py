@@ -40,6 +40,8 @@ def api_names(table):
 
 NAMES = {**api_names("es1"), **api_names("es2"), **api_names("egl")}
 
+STATE_MARKERS = (2, 4)  # of EGL and of GLES2: each stands ahead of its state, and behind it
+
 Record = collections.namedtuple("Record", "id name thread payload")
 
 
@@ -54,11 +56,12 @@ class Trace:
         self.frame_buffer = self.bytes[17]
         self.thread_changes = []
         self.records = []
+        self.state = []  # the calls that carry the state at the first frame
         end = self._walk()
         self.footer = self.bytes[end:]
 
     def _walk(self):
-        position, thread = HEADER_SIZE, None
+        position, thread, inside = HEADER_SIZE, None, None
         while len(self.bytes) - position > FOOTER_SIZE:
             size, number = struct.unpack_from("<IH", self.bytes, position)
             payload = self.bytes[position + 6 : position + 6 + size]
@@ -66,8 +69,12 @@ class Trace:
             if number == THREAD_CHANGE:
                 (thread,) = struct.unpack("<Q", payload)
                 self.thread_changes.append(thread)
+            elif number in STATE_MARKERS:
+                assert inside in (None, number), f"a state within another at {position}"
+                inside = None if inside == number else number
             else:
-                self.records.append(Record(number, NAMES[number], thread, payload))
+                record = Record(number, NAMES[number], thread, payload)
+                (self.state if inside else self.records).append(record)
             position += 6 + size
         return position
 

@@ -104,6 +104,7 @@ void Recorder::Record()
     STraceConfig::m_bDoNativeCall = true;
     STraceConfig::m_ui32StartFrame = 0;
     STraceConfig::m_bRecordData = true;
+    STraceConfig::m_writeRenderState = false;  // a test of single calls wants no state ahead of them
 }
 
 void Recorder::RecordWithoutData()

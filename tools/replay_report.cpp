@@ -3,6 +3,7 @@
 #include "picture_file.h"
 #include <algorithm>
 #include <cinttypes>
+#include <cmath>
 #include <cstdio>
 
 using namespace nebtrace;
@@ -85,7 +86,7 @@ void ReplayReport::PrintTimes()
     std::sort(m_times.begin(), m_times.end());
     auto const milliseconds = [this](double share) {
         auto const last = static_cast<double>(m_times.size() - 1);
-        return m_times[static_cast<size_t>(share * last + 0.5)] * 1000;
+        return m_times[static_cast<size_t>(std::lround(share * last))] * 1000;
     };
     double sum = 0;
     for (double const time : m_times)

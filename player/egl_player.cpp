@@ -117,7 +117,7 @@ void EglPlayer::CreateWindowSurface(Call const& call)
     Attributes config = AttributesOf(call, "saved_config_attribs");
     if (config.empty())
         config = AttributesOf(call, "config_attribs");
-    Size const window = Limited(Field(call, "window_field1"), Field(call, "window_field2"));
+    Size const window = Limited(Field(call, "window_width"), Field(call, "window_height"));
     m_surfaces.Set(call.Result(), m_device.MakeWindow(config, SizeOf(call.Result(), window)));
 }
 

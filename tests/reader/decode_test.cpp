@@ -342,8 +342,8 @@ TEST_F(DecodeTest, SurfacesAndContexts)
                                   .Words({7, 1, 0x3038})
                                   .U32(2)
                                   .Words({8, 3, 0x3024, 8, 0x3038})));
-    EXPECT_EQ(4u, Field("window_field1").value);
-    EXPECT_EQ(5u, Field("window_field2").value);
+    EXPECT_EQ(4u, Field("window_width").value);
+    EXPECT_EQ(5u, Field("window_height").value);
     EXPECT_EQ(3u, Field("config_attribs").count);
     ASSERT_EQ('S', Form(1006, Payload().Words({0x3000, 9, 1, 2, 3, 6})));
     EXPECT_EQ(6u, Field("attrib_list").value);

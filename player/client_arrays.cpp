@@ -19,7 +19,7 @@ uint64_t ElementsRead(Attribute const& attribute, DrawExtent const& extent)
     return (extent.instances + attribute.divisor - 1) / attribute.divisor;
 }
 
-bool IsPast(Es2Player& player, Attribute const& attribute, DrawExtent const& extent)
+bool IsPast(GlPlayer& player, Attribute const& attribute, DrawExtent const& extent)
 {
     uint64_t const elements = ElementsRead(attribute, extent);
     auto const& contents = player.Shared().bufferContents;
@@ -39,10 +39,10 @@ bool IsActive(std::vector<ActiveAttribute> const& active, uint32_t index)
 }
 }  // namespace
 
-ClientArrays::ClientArrays(Es2Player& player, Call const& call, DrawExtent const& extent) : m_player(player)
+ClientArrays::ClientArrays(GlPlayer& player, Call const& call, DrawExtent const& extent) : m_player(player)
 {
     ReadEntries(call);
-    Es2Functions const& gl = player.Gl();
+    GlFunctions const& gl = player.Gl();
     gl.glGetIntegerv(GL_ARRAY_BUFFER_BINDING, &m_arrayBuffer);
     gl.glBindBuffer(GL_ARRAY_BUFFER, 0);
     for (auto const& [index, attribute] : player.Now().BoundVertexArray().attributes)
@@ -72,7 +72,7 @@ void ClientArrays::Use(uint32_t index, Attribute const& attribute, DrawExtent co
     m_any = true;
     if (attribute.buffer != 0)
         return;
-    Es2Functions const& gl = m_player.Gl();
+    GlFunctions const& gl = m_player.Gl();
     auto const entry = m_entries.find(index);
     uint64_t const element = ElementSize(attribute);
     if (entry == m_entries.end() || element == 0)
@@ -94,7 +94,7 @@ void ClientArrays::Use(uint32_t index, Attribute const& attribute, DrawExtent co
                              m_copies.back()->Begin());
 }
 
-std::vector<PastBuffer> FindPastBuffer(Es2Player& player, DrawExtent const& extent)
+std::vector<PastBuffer> FindPastBuffer(GlPlayer& player, DrawExtent const& extent)
 {
     std::vector<PastBuffer> past;
     auto const& programs = player.Shared().programState;

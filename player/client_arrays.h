@@ -2,7 +2,7 @@
 // attribute is read past its end.
 #pragma once
 #include "player/arguments.h"
-#include "player/es2_player.h"
+#include "player/gl_player.h"
 #include <map>
 
 namespace nebtrace::player
@@ -25,7 +25,7 @@ class ClientArrays
 {
 public:
     // Throws BadRecord for an array that is shorter than the draw reads.
-    ClientArrays(Es2Player& player, Call const& call, DrawExtent const& extent);
+    ClientArrays(GlPlayer& player, Call const& call, DrawExtent const& extent);
     ~ClientArrays();
     ClientArrays(ClientArrays const&) = delete;
     ClientArrays& operator=(ClientArrays const&) = delete;
@@ -38,7 +38,7 @@ private:
     void ReadEntries(Call const& call);
     void Use(uint32_t index, Attribute const& attribute, DrawExtent const& extent);
 
-    Es2Player& m_player;
+    GlPlayer& m_player;
     std::map<uint32_t, Bytes> m_entries;
     std::vector<std::unique_ptr<Copy>> m_copies;
     std::vector<uint32_t> m_disabled;
@@ -48,5 +48,5 @@ private:
 };
 
 // The first attribute that the current program reads past the end of its buffer.
-std::vector<PastBuffer> FindPastBuffer(Es2Player& player, DrawExtent const& extent);
+std::vector<PastBuffer> FindPastBuffer(GlPlayer& player, DrawExtent const& extent);
 }  // namespace nebtrace::player

@@ -46,7 +46,7 @@ void FindAll(void* library, EglFunctions& egl)
     lookup.Find("eglGetPlatformDisplayEXT", egl.eglGetPlatformDisplayEXT);
 }
 
-void FindAll(void* library, EglFunctions const& egl, Es2Functions& es2)
+void FindAll(void* library, EglFunctions const& egl, GlFunctions& es2)
 {
     Lookup lookup(library, egl);
 #define ES2(id, kind, fallback, result, name, parameters, arguments) lookup.Find(#name, es2.name);

@@ -19,7 +19,7 @@ struct EglFunctions
     EGLDisplay (*eglGetPlatformDisplayEXT)(EGLenum, void*, EGLint const*) = nullptr;
 };
 
-struct Es2Functions
+struct GlFunctions
 {
 #define ES2 ENTRY
 #define ES2_REPLAYED ENTRY_REPLAYED
@@ -36,6 +36,6 @@ public:
     static std::unique_ptr<Driver> Open(std::string& error);
 
     EglFunctions egl;
-    Es2Functions es2;
+    GlFunctions es2;
 };
 }  // namespace nebtrace::player

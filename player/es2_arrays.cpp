@@ -1,6 +1,6 @@
 // Vertex attributes: where each one's values come from. Pointers into client memory never reach the driver:
 // the values of a draw come with its record.
-#include "player/es2_player.h"
+#include "player/gl_player.h"
 
 namespace nebtrace::player
 {
@@ -9,7 +9,7 @@ namespace
 // Drivers have 16 attributes, some 32. More are an error that the driver raises, and nothing to keep.
 constexpr uint32_t kMostAttributes = 64;
 
-Attribute* Find(Es2Player& player, Call const& call)
+Attribute* Find(GlPlayer& player, Call const& call)
 {
     uint32_t const index = call.Word("index");
     if (call.Failed() || index >= kMostAttributes)
@@ -17,7 +17,7 @@ Attribute* Find(Es2Player& player, Call const& call)
     return &player.Now().BoundVertexArray().attributes[index];
 }
 
-void VertexAttribPointer(Es2Player& player, Call const& call)
+void VertexAttribPointer(GlPlayer& player, Call const& call)
 {
     // The driver's word on whether a buffer is bound: an offset without one would be a pointer to it.
     GLint bound = 0;
@@ -41,14 +41,14 @@ void VertexAttribPointer(Es2Player& player, Call const& call)
 }
 
 template <bool Enabled>
-void EnableArray(Es2Player& player, Call const& call)
+void EnableArray(GlPlayer& player, Call const& call)
 {
     player.PlayPlain(call);
     if (Attribute* const attribute = Find(player, call))
         attribute->enabled = Enabled;
 }
 
-void Divisor(Es2Player& player, Call const& call)
+void Divisor(GlPlayer& player, Call const& call)
 {
     player.PlayPlain(call);
     if (Attribute* const attribute = Find(player, call))
@@ -56,7 +56,7 @@ void Divisor(Es2Player& player, Call const& call)
 }
 }  // namespace
 
-std::vector<Es2Entry> Es2ArrayHandlers()
+std::vector<GlEntry> Es2ArrayHandlers()
 {
     return {{"glVertexAttribPointer", VertexAttribPointer},
             {"glEnableVertexAttribArray", EnableArray<true>},

@@ -1,13 +1,13 @@
 // Shaders and programs, and the locations of their attributes and uniforms.
 #include "player/arguments.h"
-#include "player/es2_player.h"
+#include "player/gl_player.h"
 
 namespace nebtrace::player
 {
 namespace
 {
 template <bool IsShader>
-void Create(Es2Player& player, Call const& call)
+void Create(GlPlayer& player, Call const& call)
 {
     uint32_t const recorded = call.Result();
     if (call.Failed() || recorded == 0)
@@ -21,7 +21,7 @@ void Create(Es2Player& player, Call const& call)
     }
 }
 
-void ShaderSource(Es2Player& player, Call const& call)
+void ShaderSource(GlPlayer& player, Call const& call)
 {
     DecodedField const& list = call.Field("string");
     Call::Data(list);
@@ -43,7 +43,7 @@ void ShaderSource(Es2Player& player, Call const& call)
                                lengths.data());
 }
 
-void ShaderBinary(Es2Player& player, Call const& call)
+void ShaderBinary(GlPlayer& player, Call const& call)
 {
     std::vector<GLuint> shaders;
     for (uint32_t const shader : call.Words("shaders"))
@@ -59,7 +59,7 @@ void ShaderBinary(Es2Player& player, Call const& call)
     player.Gl().glShaderBinary(count, shaders.data(), call.Word("binaryFormat"), copy.Begin(), length);
 }
 
-void ProgramBinary(Es2Player& player, Call const& call)
+void ProgramBinary(GlPlayer& player, Call const& call)
 {
     if (!player.Gl().glProgramBinaryOES)
         return player.NotReplayed(call, "the driver has no such function");
@@ -74,9 +74,9 @@ void ProgramBinary(Es2Player& player, Call const& call)
 
 // Binds and links again where the driver has chosen other locations than the recording's: the calls that set
 // attributes name a location and no program, so they cannot be mapped.
-void KeepLocations(Es2Player& player, GLuint own, Locations const& locations)
+void KeepLocations(GlPlayer& player, GLuint own, Locations const& locations)
 {
-    Es2Functions const& gl = player.Gl();
+    GlFunctions const& gl = player.Gl();
     bool differs = false;
     for (auto const& [name, location] : locations)
         differs = differs || gl.glGetAttribLocation(own, name.c_str()) != location;
@@ -96,7 +96,7 @@ GLuint SlotsOf(GLenum type, GLint size)
     return static_cast<GLuint>(columns * size);
 }
 
-std::vector<ActiveAttribute> AskAttributes(Es2Functions const& gl, GLuint own)
+std::vector<ActiveAttribute> AskAttributes(GlFunctions const& gl, GLuint own)
 {
     std::vector<ActiveAttribute> attributes;
     GLint count = 0;
@@ -114,9 +114,9 @@ std::vector<ActiveAttribute> AskAttributes(Es2Functions const& gl, GLuint own)
     return attributes;
 }
 
-void LinkProgram(Es2Player& player, Call const& call)
+void LinkProgram(GlPlayer& player, Call const& call)
 {
-    Es2Functions const& gl = player.Gl();
+    GlFunctions const& gl = player.Gl();
     uint32_t const recorded = call.Word("program");
     GLuint const own = player.OwnName("program", recorded);
     gl.glLinkProgram(own);
@@ -136,14 +136,14 @@ void LinkProgram(Es2Player& player, Call const& call)
         uniform.own = gl.glGetUniformLocation(own, uniform.name.c_str());
 }
 
-void UseProgram(Es2Player& player, Call const& call)
+void UseProgram(GlPlayer& player, Call const& call)
 {
     player.PlayPlain(call);
     if (!call.Failed())
         player.Now().program = call.Word("program");
 }
 
-void GetUniformLocation(Es2Player& player, Call const& call)
+void GetUniformLocation(GlPlayer& player, Call const& call)
 {
     uint32_t const recorded = call.Word("program");
     auto const location = static_cast<int32_t>(call.Result());
@@ -156,7 +156,7 @@ void GetUniformLocation(Es2Player& player, Call const& call)
 }
 }  // namespace
 
-std::vector<Es2Entry> Es2ProgramHandlers()
+std::vector<GlEntry> Es2ProgramHandlers()
 {
     return {{"glCreateShader", Create<true>},      {"glCreateProgram", Create<false>},
             {"glShaderSource", ShaderSource},      {"glShaderBinary", ShaderBinary},

@@ -1,6 +1,6 @@
 // Uniform values, set at the locations that the player's own programs have.
 #include "player/arguments.h"
-#include "player/es2_player.h"
+#include "player/gl_player.h"
 
 namespace nebtrace::player
 {
@@ -8,7 +8,7 @@ namespace
 {
 // A location that the recording never asked for, such as that of an array's later element, stays as it is:
 // most drivers count alike.
-GLint OwnLocation(Es2Player& player, uint32_t program, int32_t recorded)
+GLint OwnLocation(GlPlayer& player, uint32_t program, int32_t recorded)
 {
     auto const& programs = player.Shared().programState;
     auto const found = programs.find(program);
@@ -31,7 +31,7 @@ struct Values
     }
 };
 
-Values Read(Es2Player& player, Call const& call)
+Values Read(GlPlayer& player, Call const& call)
 {
     int32_t const count = call.Int("count");
     DecodedField const& field = call.Field("value");
@@ -43,14 +43,14 @@ Values Read(Es2Player& player, Call const& call)
 }
 
 template <auto Function, typename T>
-void Vector(Es2Player& player, Call const& call)
+void Vector(GlPlayer& player, Call const& call)
 {
     Values const values = Read(player, call);
     (player.Gl().*Function)(values.location, values.count, values.As<T>());
 }
 
 template <auto Function>
-void Matrix(Es2Player& player, Call const& call)
+void Matrix(GlPlayer& player, Call const& call)
 {
     Values const values = Read(player, call);
     auto const transpose = static_cast<GLboolean>(call.Word("transpose"));
@@ -58,7 +58,7 @@ void Matrix(Es2Player& player, Call const& call)
 }
 
 template <auto Function, size_t Count>
-void Reals(Es2Player& player, Call const& call)
+void Reals(GlPlayer& player, Call const& call)
 {
     auto const function = player.Gl().*Function;
     GLint const at = OwnLocation(player, player.Now().program, call.Int("location"));
@@ -73,7 +73,7 @@ void Reals(Es2Player& player, Call const& call)
 }
 
 template <auto Function, size_t Count>
-void Integers(Es2Player& player, Call const& call)
+void Integers(GlPlayer& player, Call const& call)
 {
     auto const function = player.Gl().*Function;
     GLint const at = OwnLocation(player, player.Now().program, call.Int("location"));
@@ -89,7 +89,7 @@ void Integers(Es2Player& player, Call const& call)
 
 // The forms that name a program: single values only, as their arrays are not in the records.
 template <auto Function, size_t Count, bool IsReal>
-void OfProgram(Es2Player& player, Call const& call)
+void OfProgram(GlPlayer& player, Call const& call)
 {
     auto const function = player.Gl().*Function;
     if (!function)
@@ -113,10 +113,10 @@ void OfProgram(Es2Player& player, Call const& call)
         function(own, at, value("v0"), value("v1"), value("v2"), value("v3"));
 }
 
-using F = Es2Functions;
+using F = GlFunctions;
 }  // namespace
 
-std::vector<Es2Entry> Es2UniformHandlers()
+std::vector<GlEntry> Es2UniformHandlers()
 {
     return {{"glUniform1f", Reals<&F::glUniform1f, 1>},
             {"glUniform2f", Reals<&F::glUniform2f, 2>},

@@ -1,6 +1,6 @@
 #include "player/player.h"
 #include "player/egl_player.h"
-#include "player/es2_player.h"
+#include "player/gl_player.h"
 
 namespace nebtrace::player
 {
@@ -48,7 +48,7 @@ private:
     Source m_source;
     std::unique_ptr<Driver> m_driver;
     EglPlayer m_egl;
-    Es2Player m_es2;
+    GlPlayer m_es2;
     DecodedCall m_decoded;
     Api m_api = Api::Any;  // of the last GL call: the hint for a record that does not say it itself
     bool m_inEs2State = false;
@@ -147,7 +147,7 @@ Picture Replayer::ReadFrame(Call const& call, std::optional<Picture> const& reco
     size_t const row = static_cast<size_t>(picture.width) * 4;
     size_t const rows = static_cast<size_t>(picture.height);
     picture.pixels.resize((row + 8) * rows);
-    Es2Functions const& gl = m_driver->es2;
+    GlFunctions const& gl = m_driver->es2;
     gl.glReadPixels(0, 0, picture.width, picture.height, GL_RGBA, GL_UNSIGNED_BYTE, picture.pixels.data());
     if (gl.glGetError() != GL_NO_ERROR && !call.Failed())
         m_events.problem(Problem::NotReplayed, call, "the frame cannot be read");

@@ -1,5 +1,5 @@
 // Names: objects that are made, deleted and bound.
-#include "player/es2_player.h"
+#include "player/gl_player.h"
 
 namespace nebtrace::player
 {
@@ -8,30 +8,30 @@ namespace
 struct NamedClass
 {
     char const* kind;
-    void (*Es2Functions::*generate)(GLsizei, GLuint*);
-    void (*Es2Functions::*remove)(GLsizei, GLuint const*);
+    void (*GlFunctions::*generate)(GLsizei, GLuint*);
+    void (*GlFunctions::*remove)(GLsizei, GLuint const*);
     char const* argument;  // of the array in the records
 };
 
-constexpr NamedClass kTextures = {"texture", &Es2Functions::glGenTextures, &Es2Functions::glDeleteTextures,
+constexpr NamedClass kTextures = {"texture", &GlFunctions::glGenTextures, &GlFunctions::glDeleteTextures,
                                   "textures"};
-constexpr NamedClass kBuffers = {"buffer", &Es2Functions::glGenBuffers, &Es2Functions::glDeleteBuffers,
+constexpr NamedClass kBuffers = {"buffer", &GlFunctions::glGenBuffers, &GlFunctions::glDeleteBuffers,
                                  "buffers"};
-constexpr NamedClass kFramebuffers = {"framebuffer", &Es2Functions::glGenFramebuffers,
-                                      &Es2Functions::glDeleteFramebuffers, "framebuffers"};
-constexpr NamedClass kRenderbuffers = {"renderbuffer", &Es2Functions::glGenRenderbuffers,
-                                       &Es2Functions::glDeleteRenderbuffers, "renderbuffers"};
-constexpr NamedClass kVertexArrays = {"vertex_array", &Es2Functions::glGenVertexArraysOES,
-                                      &Es2Functions::glDeleteVertexArraysOES, "arrays"};
-constexpr NamedClass kFences = {"fence", &Es2Functions::glGenFencesNV, &Es2Functions::glDeleteFencesNV,
+constexpr NamedClass kFramebuffers = {"framebuffer", &GlFunctions::glGenFramebuffers,
+                                      &GlFunctions::glDeleteFramebuffers, "framebuffers"};
+constexpr NamedClass kRenderbuffers = {"renderbuffer", &GlFunctions::glGenRenderbuffers,
+                                       &GlFunctions::glDeleteRenderbuffers, "renderbuffers"};
+constexpr NamedClass kVertexArrays = {"vertex_array", &GlFunctions::glGenVertexArraysOES,
+                                      &GlFunctions::glDeleteVertexArraysOES, "arrays"};
+constexpr NamedClass kFences = {"fence", &GlFunctions::glGenFencesNV, &GlFunctions::glDeleteFencesNV,
                                 "fences"};
-constexpr NamedClass kQueries = {"query", &Es2Functions::glGenQueriesEXT, &Es2Functions::glDeleteQueriesEXT,
+constexpr NamedClass kQueries = {"query", &GlFunctions::glGenQueriesEXT, &GlFunctions::glDeleteQueriesEXT,
                                  "ids"};
-constexpr NamedClass kPipelines = {"program_pipeline", &Es2Functions::glGenProgramPipelinesEXT,
-                                   &Es2Functions::glDeleteProgramPipelinesEXT, "pipelines"};
+constexpr NamedClass kPipelines = {"program_pipeline", &GlFunctions::glGenProgramPipelinesEXT,
+                                   &GlFunctions::glDeleteProgramPipelinesEXT, "pipelines"};
 
 template <NamedClass const& Class>
-void Generate(Es2Player& player, Call const& call)
+void Generate(GlPlayer& player, Call const& call)
 {
     auto const generate = player.Gl().*Class.generate;
     if (call.Failed())
@@ -46,7 +46,7 @@ void Generate(Es2Player& player, Call const& call)
     }
 }
 
-void ForgetBuffer(Es2Player& player, uint32_t recorded)
+void ForgetBuffer(GlPlayer& player, uint32_t recorded)
 {
     Context& context = player.Now();
     context.shared->bufferContents.erase(recorded);
@@ -62,14 +62,14 @@ void ForgetBuffer(Es2Player& player, uint32_t recorded)
             attribute = Attribute{attribute.enabled, 4, GL_FLOAT, GL_FALSE, 0, 0, 0, attribute.divisor};
 }
 
-void ForgetVertexArray(Es2Player& player, uint32_t recorded)
+void ForgetVertexArray(GlPlayer& player, uint32_t recorded)
 {
     player.Now().vertexArrayState.erase(recorded);
     if (player.Now().vertexArray == recorded)
         player.Now().vertexArray = 0;
 }
 
-void Forget(Es2Player& player, std::string const& kind, uint32_t recorded)
+void Forget(GlPlayer& player, std::string const& kind, uint32_t recorded)
 {
     player.Names(kind)->Forget(recorded);
     if (kind == "buffer")
@@ -79,7 +79,7 @@ void Forget(Es2Player& player, std::string const& kind, uint32_t recorded)
 }
 
 template <NamedClass const& Class>
-void Delete(Es2Player& player, Call const& call)
+void Delete(GlPlayer& player, Call const& call)
 {
     auto const remove = player.Gl().*Class.remove;
     if (call.Failed() || !remove)
@@ -94,14 +94,14 @@ void Delete(Es2Player& player, Call const& call)
     }
 }
 
-void BindVertexArray(Es2Player& player, Call const& call)
+void BindVertexArray(GlPlayer& player, Call const& call)
 {
     player.PlayPlain(call);
     if (!call.Failed())
         player.Now().vertexArray = call.Word("array");
 }
 
-void BindBuffer(Es2Player& player, Call const& call)
+void BindBuffer(GlPlayer& player, Call const& call)
 {
     player.PlayPlain(call);
     if (call.Failed())
@@ -113,7 +113,7 @@ void BindBuffer(Es2Player& player, Call const& call)
 }
 }  // namespace
 
-std::vector<Es2Entry> Es2ObjectHandlers()
+std::vector<GlEntry> GlObjectHandlers()
 {
     return {{"glGenTextures", Generate<kTextures>},
             {"glGenBuffers", Generate<kBuffers>},

@@ -1,6 +1,6 @@
 // Buffer objects: contents by upload and by mapping.
 #include "player/arguments.h"
-#include "player/es2_player.h"
+#include "player/gl_player.h"
 #include <algorithm>
 #include <cstring>
 
@@ -15,7 +15,7 @@ constexpr uint64_t kMostContents = 256U << 20;
 constexpr int32_t kMostSize = 1 << 30;
 
 // The recorded name of what is bound at a target, 0 for none.
-uint32_t BoundAt(Es2Player& player, GLenum target)
+uint32_t BoundAt(GlPlayer& player, GLenum target)
 {
     if (target == GL_ARRAY_BUFFER)
         return player.Now().arrayBuffer;
@@ -52,7 +52,7 @@ private:
     bool m_null = false;
 };
 
-void BufferData(Es2Player& player, Call const& call)
+void BufferData(GlPlayer& player, Call const& call)
 {
     Contents const contents(call);
     int32_t const size = call.Int("size");
@@ -69,7 +69,7 @@ void BufferData(Es2Player& player, Call const& call)
     Keep(buffer, 0, contents.All());
 }
 
-void BufferSubData(Es2Player& player, Call const& call)
+void BufferSubData(GlPlayer& player, Call const& call)
 {
     Contents const contents(call);
     if (!contents.Pointer())
@@ -83,7 +83,7 @@ void BufferSubData(Es2Player& player, Call const& call)
 }
 
 // Mapping does not reach the driver: the record at unmap has all that was written, and an upload brings it.
-void MapBuffer(Es2Player& player, Call const& call)
+void MapBuffer(GlPlayer& player, Call const& call)
 {
     uint32_t const bound = BoundAt(player, call.Word("target"));
     if (call.Failed() || bound == 0 || call.Result() == 0)
@@ -94,7 +94,7 @@ void MapBuffer(Es2Player& player, Call const& call)
         buffer.mappedOffset = call.Word("offset");
 }
 
-void UnmapBuffer(Es2Player& player, Call const& call)
+void UnmapBuffer(GlPlayer& player, Call const& call)
 {
     GLenum const target = call.Word("target");
     uint32_t const bound = BoundAt(player, target);
@@ -115,10 +115,10 @@ void UnmapBuffer(Es2Player& player, Call const& call)
 }
 
 // With the mapping in the driver it would tell it what was written; the upload does.
-void FlushMapped(Es2Player&, Call const&) {}
+void FlushMapped(GlPlayer&, Call const&) {}
 }  // namespace
 
-std::vector<Es2Entry> Es2BufferHandlers()
+std::vector<GlEntry> GlBufferHandlers()
 {
     return {{"glBufferData", BufferData},      {"glBufferSubData", BufferSubData},
             {"glMapBufferOES", MapBuffer},     {"glMapBufferRangeEXT", MapBuffer},

@@ -1,7 +1,7 @@
 // Queries, which a replay only makes to compare their outputs with the recorded ones.
 #include "player/arguments.h"
-#include "player/es2_functions.h"
-#include "player/es2_player.h"
+#include "player/gl_functions.h"
+#include "player/gl_player.h"
 #include "player/pixels.h"
 #include "trace/print.h"
 #include <cstring>
@@ -49,7 +49,7 @@ char const* ClassOfBinding(uint32_t name)
 class Query
 {
 public:
-    Query(Es2Player& player, Call const& call, Es2Function const& function)
+    Query(GlPlayer& player, Call const& call, GlFunction const& function)
         : m_player(player), m_call(call), m_function(function)
     {
     }
@@ -73,9 +73,9 @@ private:
     std::vector<uint8_t> Mapped(DecodedField const& field, uint8_t const* replayed) const;
     bool IsLocation(DecodedField const& field) const { return field.spec->name == "location"; }
 
-    Es2Player& m_player;
+    GlPlayer& m_player;
     Call const& m_call;
-    Es2Function const& m_function;
+    GlFunction const& m_function;
     std::vector<uint64_t> m_words;
     std::vector<std::pair<DecodedField const*, std::unique_ptr<Copy>>> m_outputs;
     uint64_t m_result = 0;
@@ -155,7 +155,7 @@ void Query::Compare()
 }
 
 // The texts that drivers give out about themselves.
-void CompareString(Es2Player& player, Call const& call)
+void CompareString(GlPlayer& player, Call const& call)
 {
     auto const* const own =
         reinterpret_cast<char const*>(player.Gl().glGetString(static_cast<GLenum>(call.Word("name"))));
@@ -165,7 +165,7 @@ void CompareString(Es2Player& player, Call const& call)
                                       QuotedText(recorded, 80));
 }
 
-void CompareAttribLocation(Es2Player& player, Call const& call)
+void CompareAttribLocation(GlPlayer& player, Call const& call)
 {
     GLuint const program = player.OwnName("program", call.Word("program"));
     GLint const own = player.Gl().glGetAttribLocation(program, call.Text("name").c_str());
@@ -175,7 +175,7 @@ void CompareAttribLocation(Es2Player& player, Call const& call)
                             "the location is " + std::to_string(own) + ", not " + std::to_string(recorded));
 }
 
-void ComparePixels(Es2Player& player, Call const& call)
+void ComparePixels(GlPlayer& player, Call const& call)
 {
     ImageShape const shape{call.Int("width"), call.Int("height"), 1,
                            PixelSize(call.Word("format"), call.Word("type"))};
@@ -194,12 +194,12 @@ void ComparePixels(Es2Player& player, Call const& call)
 }
 }  // namespace
 
-void Es2Player::PlayQuery(Call const& call)
+void GlPlayer::PlayQuery(Call const& call)
 {
     // A query that failed has no outputs to compare.
     if (!m_options.checkQueries || call.Failed())
         return;
-    Es2Function const* const function = FindEs2Function(call.Id());
+    GlFunction const* const function = FindGlFunction(call.Id());
     std::string const name = call.Name();
     if (name == "glGetString")
         CompareString(*this, call);

@@ -25,7 +25,7 @@ struct Indices
 };
 
 // The driver's word on whether an element buffer is bound, the record's on whether one was.
-bool FindIndices(Es2Player& player, Call const& call, Indices& indices)
+bool FindIndices(GlPlayer& player, Call const& call, Indices& indices)
 {
     GLint bound = 0;
     player.Gl().glGetIntegerv(GL_ELEMENT_ARRAY_BUFFER_BINDING, &bound);
@@ -56,7 +56,7 @@ uint64_t HighestIndex(Bytes bytes, uint64_t count, unsigned size)
     return highest;
 }
 
-bool MayDraw(Es2Player& player, Call const& call, DrawExtent const& extent, uint64_t count, bool anyArray)
+bool MayDraw(GlPlayer& player, Call const& call, DrawExtent const& extent, uint64_t count, bool anyArray)
 {
     uint64_t const most = anyArray ? kMostVertices : kMostBareVertices;
     if (count > most || extent.instances > most || count * extent.instances > most)
@@ -73,7 +73,7 @@ bool MayDraw(Es2Player& player, Call const& call, DrawExtent const& extent, uint
 
 // Draws are handed to the driver by these, under arrays that are in place.
 template <typename Draw>
-void DrawWith(Es2Player& player, Call const& call, DrawExtent const& extent, uint64_t count, Draw const& draw)
+void DrawWith(GlPlayer& player, Call const& call, DrawExtent const& extent, uint64_t count, Draw const& draw)
 {
     ClientArrays const arrays(player, call, extent);
     if (!MayDraw(player, call, extent, count, arrays.Any()))
@@ -84,7 +84,7 @@ void DrawWith(Es2Player& player, Call const& call, DrawExtent const& extent, uin
 }
 
 // The driver refuses a negative count, and must not see a negative first.
-bool IsDrawable(Es2Player& player, Call const& call, int32_t first, int32_t count)
+bool IsDrawable(GlPlayer& player, Call const& call, int32_t first, int32_t count)
 {
     if (first >= 0 && count >= 0)
         return true;
@@ -93,7 +93,7 @@ bool IsDrawable(Es2Player& player, Call const& call, int32_t first, int32_t coun
     return false;
 }
 
-void DrawArrays(Es2Player& player, Call const& call)
+void DrawArrays(GlPlayer& player, Call const& call)
 {
     int32_t const first = call.Int("first");
     int32_t const count = call.Int("count");
@@ -108,7 +108,7 @@ void DrawArrays(Es2Player& player, Call const& call)
 
 // Runs `draw` with what the driver takes for its indices.
 template <typename Draw>
-void DrawIndexed(Es2Player& player, Call const& call, uint64_t instances, Draw const& draw)
+void DrawIndexed(GlPlayer& player, Call const& call, uint64_t instances, Draw const& draw)
 {
     int32_t const count = call.Int("count");
     unsigned const size = IndexTypeSize(call.Word("type"));
@@ -139,7 +139,7 @@ void DrawIndexed(Es2Player& player, Call const& call, uint64_t instances, Draw c
         player.Gl().glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLuint>(elementBuffer));
 }
 
-void DrawElements(Es2Player& player, Call const& call)
+void DrawElements(GlPlayer& player, Call const& call)
 {
     DrawIndexed(player, call, 1, [&](void const* indices) {
         player.Gl().glDrawElements(call.Word("mode"), call.Int("count"), call.Word("type"), indices);
@@ -147,7 +147,7 @@ void DrawElements(Es2Player& player, Call const& call)
 }
 
 // The extensions' draws record no client memory.
-bool HasClientArray(Es2Player& player)
+bool HasClientArray(GlPlayer& player)
 {
     for (auto const& entry : player.Now().BoundVertexArray().attributes)
         if (entry.second.enabled && entry.second.buffer == 0 && entry.second.pointer != 0)
@@ -155,7 +155,7 @@ bool HasClientArray(Es2Player& player)
     return false;
 }
 
-bool IsReplayable(Es2Player& player, Call const& call, bool present)
+bool IsReplayable(GlPlayer& player, Call const& call, bool present)
 {
     if (!present)
         player.NotReplayed(call, "the driver has no such function");
@@ -164,7 +164,7 @@ bool IsReplayable(Es2Player& player, Call const& call, bool present)
     return present && !HasClientArray(player);
 }
 
-void DrawArraysInstanced(Es2Player& player, Call const& call)
+void DrawArraysInstanced(GlPlayer& player, Call const& call)
 {
     int32_t const first = call.Int("first");
     int32_t const count = call.Int("count");
@@ -179,7 +179,7 @@ void DrawArraysInstanced(Es2Player& player, Call const& call)
              [&] { player.Gl().glDrawArraysInstancedANGLE(call.Word("mode"), first, count, instances); });
 }
 
-void DrawElementsInstanced(Es2Player& player, Call const& call)
+void DrawElementsInstanced(GlPlayer& player, Call const& call)
 {
     int32_t const instances = call.Int("primcount");
     if (!IsDrawable(player, call, instances, call.Int("count")) ||
@@ -192,7 +192,7 @@ void DrawElementsInstanced(Es2Player& player, Call const& call)
 }
 
 // Its record has one count: that is enough for one draw.
-void MultiDrawArrays(Es2Player& player, Call const& call)
+void MultiDrawArrays(GlPlayer& player, Call const& call)
 {
     std::vector<uint32_t> const firsts = call.Words("first");
     std::vector<uint32_t> const counts = call.Words("count");
@@ -209,7 +209,7 @@ void MultiDrawArrays(Es2Player& player, Call const& call)
 }
 }  // namespace
 
-std::vector<Es2Entry> Es2DrawHandlers()
+std::vector<GlEntry> GlDrawHandlers()
 {
     return {{"glDrawArrays", DrawArrays},
             {"glDrawElements", DrawElements},

@@ -1,16 +1,16 @@
 // What leaves no trace in a picture: labels, markers, waits, counters, and the driver's messages.
-#include "player/es2_player.h"
+#include "player/gl_player.h"
 
 namespace nebtrace::player
 {
 namespace
 {
-void Skip(Es2Player&, Call const&) {}
+void Skip(GlPlayer&, Call const&) {}
 }  // namespace
 
-std::vector<Es2Entry> Es2SkippedHandlers()
+std::vector<GlEntry> GlSkippedHandlers()
 {
-    std::vector<Es2Entry> entries;
+    std::vector<GlEntry> entries;
     for (char const* const name : {"glGetError",
                                    "glGetPointerv",
                                    "glGetVertexAttribPointerv",

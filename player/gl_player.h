@@ -10,17 +10,17 @@
 
 namespace nebtrace::player
 {
-class Es2Player;
+class GlPlayer;
 
-using Es2Handler = void (*)(Es2Player&, Call const&);
+using GlHandler = void (*)(GlPlayer&, Call const&);
 
-struct Es2Entry
+struct GlEntry
 {
     char const* name;
-    Es2Handler handler;
+    GlHandler handler;
 };
 
-class Es2Player
+class GlPlayer
 {
 public:
     struct Options
@@ -29,8 +29,8 @@ public:
         bool checkQueries = false;
     };
 
-    Es2Player(Driver const& driver, Survey const& survey, EglPlayer& egl, Options options, Reporter report);
-    ~Es2Player();
+    GlPlayer(Driver const& driver, Survey const& survey, EglPlayer& egl, Options options, Reporter report);
+    ~GlPlayer();
 
     // `part`: of the file, where the record stands; `inState`: between the markers of a captured state.
     void Play(Call const& call, uint64_t thread, Part part, bool inState);
@@ -51,7 +51,7 @@ public:
         m_report(Problem::QueryDiffers, call, how);
     }
 
-    Es2Functions const& Gl() const { return m_gl; }
+    GlFunctions const& Gl() const { return m_gl; }
     Context& Now() { return *m_context; }
     ShareGroup& Shared() { return *m_context->shared; }
     EglPlayer const& Egl() const { return m_egl; }
@@ -67,7 +67,7 @@ public:
 private:
     void CheckErrors(Call const& call);
 
-    Es2Functions const& m_gl;
+    GlFunctions const& m_gl;
     Survey const& m_survey;
     EglPlayer& m_egl;
     Options m_options;
@@ -79,12 +79,12 @@ private:
 };
 
 // The families' handlers.
-std::vector<Es2Entry> Es2ObjectHandlers();
-std::vector<Es2Entry> Es2TextureHandlers();
-std::vector<Es2Entry> Es2BufferHandlers();
-std::vector<Es2Entry> Es2ProgramHandlers();
-std::vector<Es2Entry> Es2UniformHandlers();
-std::vector<Es2Entry> Es2ArrayHandlers();
-std::vector<Es2Entry> Es2DrawHandlers();
-std::vector<Es2Entry> Es2SkippedHandlers();
+std::vector<GlEntry> GlObjectHandlers();
+std::vector<GlEntry> GlTextureHandlers();
+std::vector<GlEntry> GlBufferHandlers();
+std::vector<GlEntry> Es2ProgramHandlers();
+std::vector<GlEntry> Es2UniformHandlers();
+std::vector<GlEntry> Es2ArrayHandlers();
+std::vector<GlEntry> GlDrawHandlers();
+std::vector<GlEntry> GlSkippedHandlers();
 }  // namespace nebtrace::player

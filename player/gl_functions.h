@@ -4,13 +4,13 @@
 
 namespace nebtrace::player
 {
-struct Es2Function
+struct GlFunction
 {
     size_t arguments = 0;
-    uint64_t (*invoke)(Es2Functions const& gl, uint64_t const* words) = nullptr;
-    bool (*present)(Es2Functions const& gl) = nullptr;
+    uint64_t (*invoke)(GlFunctions const& gl, uint64_t const* words) = nullptr;
+    bool (*present)(GlFunctions const& gl) = nullptr;
 };
 
 // Null if no function has the ID.
-Es2Function const* FindEs2Function(uint16_t id);
+GlFunction const* FindGlFunction(uint16_t id);
 }  // namespace nebtrace::player

@@ -1,6 +1,6 @@
 // Images: what is uploaded, and how its rows are aligned.
 #include "player/arguments.h"
-#include "player/es2_player.h"
+#include "player/gl_player.h"
 #include "player/pixels.h"
 
 namespace nebtrace::player
@@ -14,7 +14,7 @@ constexpr uint64_t kMostPadding = 64U << 20;
 
 // The alignment of the rows in a record. glTexImage2D records another state's alignment while it measures the
 // application's own rows, which the player's state has; only a captured image has no other than its own.
-GLint RowAlignment(Es2Player& player, Call const& call)
+GLint RowAlignment(GlPlayer& player, Call const& call)
 {
     bool const other = call.Name() == "glTexImage2D" && !player.InState();
     return other ? player.Now().unpackAlignment : call.Int("alignment");
@@ -63,7 +63,7 @@ private:
 class Aligned
 {
 public:
-    Aligned(Es2Player& player, Call const& call)
+    Aligned(GlPlayer& player, Call const& call)
         : m_player(player), m_own(RowAlignment(player, call)), m_image(call, m_own)
     {
         m_player.Gl().glPixelStorei(GL_UNPACK_ALIGNMENT, m_own);
@@ -75,12 +75,12 @@ public:
     void const* Pixels() const { return m_image.Pixels(); }
 
 private:
-    Es2Player& m_player;
+    GlPlayer& m_player;
     GLint m_own;
     Image m_image;
 };
 
-void TexImage2D(Es2Player& player, Call const& call)
+void TexImage2D(GlPlayer& player, Call const& call)
 {
     Aligned const upload(player, call);
     player.Gl().glTexImage2D(call.Word("target"), call.Int("level"), call.Int("internalformat"),
@@ -88,7 +88,7 @@ void TexImage2D(Es2Player& player, Call const& call)
                              call.Word("type"), upload.Pixels());
 }
 
-void TexSubImage2D(Es2Player& player, Call const& call)
+void TexSubImage2D(GlPlayer& player, Call const& call)
 {
     Aligned const upload(player, call);
     if (!upload.Pixels())
@@ -98,7 +98,7 @@ void TexSubImage2D(Es2Player& player, Call const& call)
                                 call.Word("format"), call.Word("type"), upload.Pixels());
 }
 
-void TexImage3D(Es2Player& player, Call const& call)
+void TexImage3D(GlPlayer& player, Call const& call)
 {
     if (!player.Gl().glTexImage3DOES)
         return player.NotReplayed(call, "the driver has no such function");
@@ -108,7 +108,7 @@ void TexImage3D(Es2Player& player, Call const& call)
                                 call.Word("format"), call.Word("type"), upload.Pixels());
 }
 
-void TexSubImage3D(Es2Player& player, Call const& call)
+void TexSubImage3D(GlPlayer& player, Call const& call)
 {
     if (!player.Gl().glTexSubImage3DOES)
         return player.NotReplayed(call, "the driver has no such function");
@@ -123,7 +123,7 @@ void TexSubImage3D(Es2Player& player, Call const& call)
 
 // The rows that records hold follow from the alignments alone: other ways to lay out rows, which extensions
 // have, would make the driver read what is not there.
-void PixelStore(Es2Player& player, Call const& call)
+void PixelStore(GlPlayer& player, Call const& call)
 {
     GLenum const name = call.Word("pname");
     GLint const value = call.Int("param");
@@ -135,7 +135,7 @@ void PixelStore(Es2Player& player, Call const& call)
         player.Now().unpackAlignment = value;
 }
 
-void GenerateMipmap(Es2Player& player, Call const& call)
+void GenerateMipmap(GlPlayer& player, Call const& call)
 {
     if (player.InState() && call.Word("target") == GL_TEXTURE_CUBE_MAP_POSITIVE_X)
         player.OweCubeMipmaps();
@@ -143,13 +143,13 @@ void GenerateMipmap(Es2Player& player, Call const& call)
         player.PlayPlain(call);
 }
 
-GLeglImageOES ImageOf(Es2Player& player, Call const& call)
+GLeglImageOES ImageOf(GlPlayer& player, Call const& call)
 {
     return player.Egl().OwnImage(call.Word("image"));
 }
 
-template <void (*Es2Functions::*Function)(GLenum, GLeglImageOES)>
-void ImageTarget(Es2Player& player, Call const& call)
+template <void (*GlFunctions::*Function)(GLenum, GLeglImageOES)>
+void ImageTarget(GlPlayer& player, Call const& call)
 {
     auto const function = player.Gl().*Function;
     GLeglImageOES const image = ImageOf(player, call);
@@ -160,7 +160,7 @@ void ImageTarget(Es2Player& player, Call const& call)
 
 // A null pointer leaves the storage of a compressed texture undefined, as it does for others.
 template <bool Sub>
-void CompressedTexImage2D(Es2Player& player, Call const& call)
+void CompressedTexImage2D(GlPlayer& player, Call const& call)
 {
     DecodedField const& field = call.Field("data");
     Bytes const bytes = Call::Data(field);
@@ -180,7 +180,7 @@ void CompressedTexImage2D(Es2Player& player, Call const& call)
 }
 }  // namespace
 
-std::vector<Es2Entry> Es2TextureHandlers()
+std::vector<GlEntry> GlTextureHandlers()
 {
     return {{"glTexImage2D", TexImage2D},
             {"glTexSubImage2D", TexSubImage2D},
@@ -190,8 +190,8 @@ std::vector<Es2Entry> Es2TextureHandlers()
             {"glCompressedTexSubImage2D", CompressedTexImage2D<true>},
             {"glPixelStorei", PixelStore},
             {"glGenerateMipmap", GenerateMipmap},
-            {"glEGLImageTargetTexture2DOES", ImageTarget<&Es2Functions::glEGLImageTargetTexture2DOES>},
+            {"glEGLImageTargetTexture2DOES", ImageTarget<&GlFunctions::glEGLImageTargetTexture2DOES>},
             {"glEGLImageTargetRenderbufferStorageOES",
-             ImageTarget<&Es2Functions::glEGLImageTargetRenderbufferStorageOES>}};
+             ImageTarget<&GlFunctions::glEGLImageTargetRenderbufferStorageOES>}};
 }
 }  // namespace nebtrace::player

@@ -1,6 +1,6 @@
-#include "player/es2_player.h"
+#include "player/gl_player.h"
 #include "player/arguments.h"
-#include "player/es2_functions.h"
+#include "player/gl_functions.h"
 #include "trace/enums.h"
 #include <unordered_map>
 
@@ -8,20 +8,20 @@ namespace nebtrace::player
 {
 namespace
 {
-using Table = std::unordered_map<std::string, Es2Handler>;
+using Table = std::unordered_map<std::string, GlHandler>;
 
 Table MakeTable()
 {
     Table table;
     for (auto const& family :
-         {Es2ObjectHandlers(), Es2TextureHandlers(), Es2BufferHandlers(), Es2ProgramHandlers(),
-          Es2UniformHandlers(), Es2ArrayHandlers(), Es2DrawHandlers(), Es2SkippedHandlers()})
-        for (Es2Entry const& entry : family)
+         {GlObjectHandlers(), GlTextureHandlers(), GlBufferHandlers(), Es2ProgramHandlers(),
+          Es2UniformHandlers(), Es2ArrayHandlers(), GlDrawHandlers(), GlSkippedHandlers()})
+        for (GlEntry const& entry : family)
             table.emplace(entry.name, entry.handler);
     return table;
 }
 
-Es2Handler FindHandler(std::string const& name)
+GlHandler FindHandler(std::string const& name)
 {
     static Table const table = MakeTable();
     auto const found = table.find(name);
@@ -53,15 +53,15 @@ std::string ErrorName(GLenum error)
 }
 }  // namespace
 
-Es2Player::Es2Player(Driver const& driver, Survey const& survey, EglPlayer& egl, Options options,
-                     Reporter report)
+GlPlayer::GlPlayer(Driver const& driver, Survey const& survey, EglPlayer& egl, Options options,
+                   Reporter report)
     : m_gl(driver.es2), m_survey(survey), m_egl(egl), m_options(options), m_report(std::move(report))
 {
 }
 
-Es2Player::~Es2Player() = default;
+GlPlayer::~GlPlayer() = default;
 
-void Es2Player::Play(Call const& call, uint64_t thread, Part part, bool inState)
+void GlPlayer::Play(Call const& call, uint64_t thread, Part part, bool inState)
 {
     m_context = m_egl.Current(thread);
     m_inState = inState;
@@ -72,7 +72,7 @@ void Es2Player::Play(Call const& call, uint64_t thread, Part part, bool inState)
     std::string const name = call.Name();
     if (name != "glTexImage2D" && name != "glCompressedTexImage2D")
         PayCubeMipmaps();
-    if (Es2Handler const handler = FindHandler(name))
+    if (GlHandler const handler = FindHandler(name))
         handler(*this, call);
     else if (IsQuery(name))
         PlayQuery(call);
@@ -84,16 +84,16 @@ void Es2Player::Play(Call const& call, uint64_t thread, Part part, bool inState)
         CheckErrors(call);
 }
 
-void Es2Player::PayCubeMipmaps()
+void GlPlayer::PayCubeMipmaps()
 {
     if (m_owesCubeMipmaps)
         m_gl.glGenerateMipmap(GL_TEXTURE_CUBE_MAP);
     m_owesCubeMipmaps = false;
 }
 
-uint64_t Es2Player::PlayPlain(Call const& call)
+uint64_t GlPlayer::PlayPlain(Call const& call)
 {
-    Es2Function const* const function = FindEs2Function(call.Id());
+    GlFunction const* const function = FindGlFunction(call.Id());
     if (!function || !function->present(m_gl))
     {
         NotReplayed(call, "the driver has no such function");
@@ -109,7 +109,7 @@ uint64_t Es2Player::PlayPlain(Call const& call)
 }
 
 // A context that was lost answers with an error for ever.
-void Es2Player::CheckErrors(Call const& call)
+void GlPlayer::CheckErrors(Call const& call)
 {
     constexpr int kMost = 8;
     for (int i = 0; i < kMost; ++i)
@@ -122,7 +122,7 @@ void Es2Player::CheckErrors(Call const& call)
     }
 }
 
-ObjectMap<GLuint>* Es2Player::Names(std::string const& kind)
+ObjectMap<GLuint>* GlPlayer::Names(std::string const& kind)
 {
     struct Class
     {
@@ -147,7 +147,7 @@ ObjectMap<GLuint>* Es2Player::Names(std::string const& kind)
     return nullptr;
 }
 
-GLuint Es2Player::OwnName(std::string const& kind, uint32_t recorded)
+GLuint GlPlayer::OwnName(std::string const& kind, uint32_t recorded)
 {
     ObjectMap<GLuint>* const names = Names(kind);
     if (!names)

@@ -30,9 +30,16 @@ bool IsPast(GlPlayer& player, Attribute const& attribute, DrawExtent const& exte
     return elements != 0 && attribute.pointer + stride * (elements - 1) + element > size;
 }
 
-bool IsActive(std::vector<ActiveAttribute> const& active, uint32_t index)
+// The fixed arrays of ES 1 are all taken to be read; of the attributes, those of the program are.
+bool IsRead(GlPlayer& player, uint32_t index)
 {
-    for (ActiveAttribute const& attribute : active)
+    if (player.IsEs1())
+        return true;
+    auto const& programs = player.Shared().programState;
+    auto const program = programs.find(player.Now().program);
+    if (program == programs.end())
+        return false;
+    for (ActiveAttribute const& attribute : program->second.attributes)
         if (index >= attribute.location && index - attribute.location < attribute.slots)
             return true;
     return false;
@@ -53,7 +60,7 @@ ClientArrays::ClientArrays(GlPlayer& player, Call const& call, DrawExtent const&
 ClientArrays::~ClientArrays()
 {
     for (uint32_t const index : m_disabled)
-        m_player.Gl().glEnableVertexAttribArray(index);
+        m_player.Arrays().enable(m_player, index, true);
     m_player.Gl().glBindBuffer(GL_ARRAY_BUFFER, static_cast<GLuint>(m_arrayBuffer));
 }
 
@@ -72,13 +79,12 @@ void ClientArrays::Use(uint32_t index, Attribute const& attribute, DrawExtent co
     m_any = true;
     if (attribute.buffer != 0)
         return;
-    GlFunctions const& gl = m_player.Gl();
     auto const entry = m_entries.find(index);
     uint64_t const element = ElementSize(attribute);
     if (entry == m_entries.end() || element == 0)
     {
         // The recording had no array there, so its program read none.
-        gl.glDisableVertexAttribArray(index);
+        m_player.Arrays().enable(m_player, index, false);
         m_disabled.push_back(index);
         return;
     }
@@ -90,19 +96,16 @@ void ClientArrays::Use(uint32_t index, Attribute const& attribute, DrawExtent co
     m_padded = m_padded || entry->second.size < needed;
     m_copies.push_back(std::make_unique<Copy>(entry->second, static_cast<size_t>(needed)));
     // The entry is as tight as the recorder gathered it, whatever stride the application had.
-    gl.glVertexAttribPointer(index, attribute.size, attribute.type, attribute.normalized, 0,
-                             m_copies.back()->Begin());
+    Attribute tight = attribute;
+    tight.stride = 0;
+    m_player.Arrays().point(m_player, index, tight, m_copies.back()->Begin());
 }
 
 std::vector<PastBuffer> FindPastBuffer(GlPlayer& player, DrawExtent const& extent)
 {
     std::vector<PastBuffer> past;
-    auto const& programs = player.Shared().programState;
-    auto const program = programs.find(player.Now().program);
-    if (program == programs.end())
-        return past;
     for (auto const& [index, attribute] : player.Now().BoundVertexArray().attributes)
-        if (attribute.enabled && attribute.buffer != 0 && IsActive(program->second.attributes, index) &&
+        if (attribute.enabled && attribute.buffer != 0 && IsRead(player, index) &&
             IsPast(player, attribute, extent))
             past.push_back({index});
     return past;

@@ -38,7 +38,7 @@ std::vector<EGLint> ListOf(Attributes const& attributes)
 }
 }  // namespace
 
-Device::Device(Driver const& driver, bool window) : m_egl(driver.egl)
+Device::Device(Driver const& driver, bool window, int version) : m_egl(driver.egl), m_version(version)
 {
     if (window)
         m_windows = WindowSystem::Open();
@@ -166,7 +166,7 @@ std::shared_ptr<Surface> Device::MakePbuffer(Attributes const& config, Attribute
     surface->config = config;
     surface->width = attributes[EGL_WIDTH] = size.width;
     surface->height = attributes[EGL_HEIGHT] = size.height;
-    EGLConfig const own = FindConfig(config, EGL_PBUFFER_BIT, 2);
+    EGLConfig const own = FindConfig(config, EGL_PBUFFER_BIT, m_version);
     surface->own = m_egl.eglCreatePbufferSurface(m_display, own, ListOf(attributes).data());
     if (surface->own == EGL_NO_SURFACE)
         Fail("no pbuffer of " + std::to_string(size.width) + "x" + std::to_string(size.height) +
@@ -183,7 +183,7 @@ std::shared_ptr<Surface> Device::MakeWindow(Attributes const& config, Size size)
     surface->config = config;
     surface->width = size.width;
     surface->height = size.height;
-    EGLConfig const own = FindConfig(config, EGL_WINDOW_BIT, 2);
+    EGLConfig const own = FindConfig(config, EGL_WINDOW_BIT, m_version);
     auto const visual = static_cast<unsigned long>(ConfigAttribute(own, EGL_NATIVE_VISUAL_ID));
     void* const window = m_windows->MakeWindow(size.width, size.height, visual);
     surface->own = window ? m_egl.eglCreateWindowSurface(m_display, own, window, nullptr) : EGL_NO_SURFACE;

@@ -14,7 +14,8 @@ class Device
 {
 public:
     // With `window` the surfaces of windows are shown on the X display, else all are pbuffers.
-    Device(Driver const& driver, bool window);
+    // `version`: of OpenGL ES, that surfaces are for.
+    Device(Driver const& driver, bool window, int version);
     ~Device();
     Device(Device const&) = delete;
     Device& operator=(Device const&) = delete;
@@ -40,6 +41,7 @@ private:
 
     EglFunctions const& m_egl;
     std::unique_ptr<WindowSystem> m_windows;
+    int m_version;
     EGLDisplay m_display = EGL_NO_DISPLAY;
     std::vector<EGLConfig> m_configs;
     // Everything that was made, destroyed at the end: what a recording destroys can still be current.

@@ -1,5 +1,6 @@
 #include "player/driver.h"
 #include <dlfcn.h>
+#include <type_traits>
 
 namespace nebtrace::player
 {
@@ -46,6 +47,39 @@ void FindAll(void* library, EglFunctions& egl)
     lookup.Find("eglGetPlatformDisplayEXT", egl.eglGetPlatformDisplayEXT);
 }
 
+// Framebuffer objects are an extension in OpenGL ES 1, with names of their own.
+void ShareFramebuffers(Es1Functions const& es1, GlFunctions& shared)
+{
+    shared.glGenFramebuffers = es1.glGenFramebuffersOES;
+    shared.glDeleteFramebuffers = es1.glDeleteFramebuffersOES;
+    shared.glGenRenderbuffers = es1.glGenRenderbuffersOES;
+    shared.glDeleteRenderbuffers = es1.glDeleteRenderbuffersOES;
+}
+
+void FindAll(void* library, EglFunctions const& egl, Es1Functions& es1)
+{
+    Lookup lookup(library, egl);
+#define ES1(id, kind, fallback, result, name, parameters, arguments) lookup.Find(#name, es1.name);
+#include "api/es1.def"
+}
+
+template <typename Copy>
+void CopyIfBothHaveIt(Copy const& copy, Es1Functions const& from, GlFunctions& to)
+{
+    if constexpr (std::is_invocable_v<Copy, Es1Functions const&, GlFunctions&>)
+        copy(from, to);
+}
+
+void ShareAll(Es1Functions const& es1, GlFunctions& shared)
+{
+#define ES1(id, kind, fallback, result, name, parameters, arguments)                                         \
+    CopyIfBothHaveIt(                                                                                        \
+        [](auto const& from, auto& to) -> decltype(void(to.name = from.name)) { to.name = from.name; }, es1, \
+        shared);
+#include "api/es1.def"
+    ShareFramebuffers(es1, shared);
+}
+
 void FindAll(void* library, EglFunctions const& egl, GlFunctions& es2)
 {
     Lookup lookup(library, egl);
@@ -65,6 +99,10 @@ std::unique_ptr<Driver> Driver::Open(std::string& error)
     auto driver = std::make_unique<Driver>();
     FindAll(egl, driver->egl);
     FindAll(es2, driver->egl, driver->es2);
+    std::string noEs1;
+    if (void* const es1 = OpenLibrary("libGLESv1_CM.so.1", noEs1))
+        FindAll(es1, driver->egl, driver->es1);
+    ShareAll(driver->es1, driver->sharedEs1);
     if (!driver->egl.eglGetProcAddress || !driver->egl.eglMakeCurrent)
         error = "libEGL.so.1 is no EGL library";
     else if (!driver->es2.glDrawElements || !driver->es2.glReadPixels)

@@ -73,7 +73,8 @@ EglPlayer::Entry const EglPlayer::kEntries[] = {
 };
 
 EglPlayer::EglPlayer(Driver const& driver, Survey const& survey, bool window, Reporter report)
-    : m_egl(driver.egl), m_survey(survey), m_report(std::move(report)), m_device(driver, window)
+    : m_egl(driver.egl), m_survey(survey), m_report(std::move(report)),
+      m_device(driver, window, survey.Version())
 {
 }
 
@@ -149,7 +150,7 @@ std::shared_ptr<Context> EglPlayer::MakeContextOnDemand(Attributes const& config
 {
     auto context = std::make_shared<Context>();
     context->config = config;
-    context->version = m_survey.usesEs1 && !m_survey.usesEs2 ? 1 : 2;
+    context->version = m_survey.Version();
     return context;
 }
 

@@ -17,6 +17,20 @@ Attribute* Find(GlPlayer& player, Call const& call)
     return &player.Now().BoundVertexArray().attributes[index];
 }
 
+void Point(GlPlayer& player, uint32_t index, Attribute const& attribute, void const* pointer)
+{
+    player.Gl().glVertexAttribPointer(index, attribute.size, attribute.type, attribute.normalized,
+                                      attribute.stride, pointer);
+}
+
+void Enable(GlPlayer& player, uint32_t index, bool enabled)
+{
+    if (enabled)
+        player.Gl().glEnableVertexAttribArray(index);
+    else
+        player.Gl().glDisableVertexAttribArray(index);
+}
+
 void VertexAttribPointer(GlPlayer& player, Call const& call)
 {
     // The driver's word on whether a buffer is bound: an offset without one would be a pointer to it.
@@ -26,18 +40,20 @@ void VertexAttribPointer(GlPlayer& player, Call const& call)
     // Client memory: the driver is told of it at the draw.
     void const* const pointer =
         buffer != 0 ? reinterpret_cast<void const*>(static_cast<uintptr_t>(call.Word("pointer"))) : nullptr;
-    player.Gl().glVertexAttribPointer(call.Word("index"), call.Int("size"), call.Word("type"),
-                                      static_cast<GLboolean>(call.Word("normalized")), call.Int("stride"),
-                                      pointer);
-    Attribute* const attribute = Find(player, call);
-    if (!attribute)
-        return;
-    attribute->size = call.Int("size");
-    attribute->type = call.Word("type");
-    attribute->normalized = static_cast<GLboolean>(call.Word("normalized"));
-    attribute->stride = call.Int("stride");
-    attribute->pointer = call.Word("pointer");
-    attribute->buffer = buffer;
+    Attribute given;
+    given.size = call.Int("size");
+    given.type = call.Word("type");
+    given.normalized = static_cast<GLboolean>(call.Word("normalized"));
+    given.stride = call.Int("stride");
+    given.pointer = call.Word("pointer");
+    given.buffer = buffer;
+    Point(player, call.Word("index"), given, pointer);
+    if (Attribute* const attribute = Find(player, call))
+    {
+        given.enabled = attribute->enabled;
+        given.divisor = attribute->divisor;
+        *attribute = given;
+    }
 }
 
 template <bool Enabled>
@@ -55,6 +71,8 @@ void Divisor(GlPlayer& player, Call const& call)
         attribute->divisor = call.Word("divisor");
 }
 }  // namespace
+
+ArrayCalls const kEs2Arrays = {Point, Enable};
 
 std::vector<GlEntry> Es2ArrayHandlers()
 {

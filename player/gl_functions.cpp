@@ -6,29 +6,45 @@ namespace nebtrace::player
 {
 namespace
 {
-template <auto Member>
+using Table = std::unordered_map<uint16_t, GlFunction>;
+
+template <auto Functions, auto Member>
 GlFunction Describe()
 {
-    using Function = std::remove_reference_t<decltype(std::declval<GlFunctions&>().*Member)>;
+    using Function = std::remove_reference_t<decltype((std::declval<Driver&>().*Functions).*Member)>;
     return {ArgumentCount(Function{}),
-            [](GlFunctions const& gl, uint64_t const* words) { return Invoke(gl.*Member, words); },
-            [](GlFunctions const& gl) { return gl.*Member != nullptr; }};
+            [](Driver const& driver, uint64_t const* words) {
+                return Invoke((driver.*Functions).*Member, words);
+            },
+            [](Driver const& driver) { return (driver.*Functions).*Member != nullptr; }};
 }
 
-std::unordered_map<uint16_t, GlFunction> MakeTable()
+Table MakeEs1Table()
 {
     return {
-#define ES2(id, kind, fallback, result, name, parameters, arguments) {id, Describe<&GlFunctions::name>()},
+#define ES1(id, kind, fallback, result, name, parameters, arguments)                                         \
+    {id, Describe<&Driver::es1, &Es1Functions::name>()},
+#include "api/es1.def"
+    };
+}
+
+Table MakeEs2Table()
+{
+    return {
+#define ES2(id, kind, fallback, result, name, parameters, arguments)                                         \
+    {id, Describe<&Driver::es2, &GlFunctions::name>()},
 #define ES2_REPLAYED(id, kind, fallback, result, name, parameters, arguments, wrapperParameters)             \
-    {id, Describe<&GlFunctions::name>()},
+    {id, Describe<&Driver::es2, &GlFunctions::name>()},
 #include "api/es2.def"
     };
 }
 }  // namespace
 
-GlFunction const* FindGlFunction(uint16_t id)
+GlFunction const* FindGlFunction(Api api, uint16_t id)
 {
-    static std::unordered_map<uint16_t, GlFunction> const table = MakeTable();
+    static Table const es1 = MakeEs1Table();
+    static Table const es2 = MakeEs2Table();
+    Table const& table = api == Api::Es1 ? es1 : es2;
     auto const found = table.find(id);
     return found == table.end() ? nullptr : &found->second;
 }

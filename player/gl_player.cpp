@@ -10,20 +10,23 @@ namespace
 {
 using Table = std::unordered_map<std::string, GlHandler>;
 
-Table MakeTable()
+Table MakeTable(std::initializer_list<std::vector<GlEntry>> families)
 {
     Table table;
-    for (auto const& family :
-         {GlObjectHandlers(), GlTextureHandlers(), GlBufferHandlers(), Es2ProgramHandlers(),
-          Es2UniformHandlers(), Es2ArrayHandlers(), GlDrawHandlers(), GlSkippedHandlers()})
+    for (std::vector<GlEntry> const& family : families)
         for (GlEntry const& entry : family)
             table.emplace(entry.name, entry.handler);
     return table;
 }
 
-GlHandler FindHandler(std::string const& name)
+GlHandler FindHandler(Api api, std::string const& name)
 {
-    static Table const table = MakeTable();
+    static Table const es1 = MakeTable({GlObjectHandlers(), GlTextureHandlers(), GlBufferHandlers(),
+                                        Es1ArrayHandlers(), GlDrawHandlers(), GlSkippedHandlers()});
+    static Table const es2 =
+        MakeTable({GlObjectHandlers(), GlTextureHandlers(), GlBufferHandlers(), Es2ProgramHandlers(),
+                   Es2UniformHandlers(), Es2ArrayHandlers(), GlDrawHandlers(), GlSkippedHandlers()});
+    Table const& table = api == Api::Es1 ? es1 : es2;
     auto const found = table.find(name);
     return found == table.end() ? nullptr : found->second;
 }
@@ -32,7 +35,8 @@ bool BeginsWith(std::string const& name, char const* start) { return name.rfind(
 
 bool IsQuery(std::string const& name)
 {
-    for (char const* const start : {"glGet", "glIs", "glRead", "glCheck", "glExtGet", "glExtIs", "glTest"})
+    for (char const* const start :
+         {"glGet", "glIs", "glRead", "glCheck", "glExtGet", "glExtIs", "glTest", "glQueryMatrix"})
         if (BeginsWith(name, start))
             return !BeginsWith(name, "glReadBuffer");
     return false;
@@ -55,14 +59,26 @@ std::string ErrorName(GLenum error)
 
 GlPlayer::GlPlayer(Driver const& driver, Survey const& survey, EglPlayer& egl, Options options,
                    Reporter report)
-    : m_gl(driver.es2), m_survey(survey), m_egl(egl), m_options(options), m_report(std::move(report))
+    : m_driver(driver), m_gl(&driver.es2), m_survey(survey), m_egl(egl), m_options(options),
+      m_report(std::move(report))
 {
 }
 
 GlPlayer::~GlPlayer() = default;
 
+void GlPlayer::SwitchTo(Api api)
+{
+    if (api == Api::Es1 && !m_driver.HasEs1())
+        throw DriverFailure("libGLESv1_CM.so.1 cannot be opened, or is no OpenGL ES 1 library");
+    m_api = api;
+    m_gl = api == Api::Es1 ? &m_driver.sharedEs1 : &m_driver.es2;
+}
+
+ArrayCalls const& GlPlayer::Arrays() const { return IsEs1() ? kEs1Arrays : kEs2Arrays; }
+
 void GlPlayer::Play(Call const& call, uint64_t thread, Part part, bool inState)
 {
+    SwitchTo(call.Decoded().GetApi());
     m_context = m_egl.Current(thread);
     m_inState = inState;
     if (part != m_part)
@@ -72,7 +88,7 @@ void GlPlayer::Play(Call const& call, uint64_t thread, Part part, bool inState)
     std::string const name = call.Name();
     if (name != "glTexImage2D" && name != "glCompressedTexImage2D")
         PayCubeMipmaps();
-    if (GlHandler const handler = FindHandler(name))
+    if (GlHandler const handler = FindHandler(m_api, name))
         handler(*this, call);
     else if (IsQuery(name))
         PlayQuery(call);
@@ -87,14 +103,14 @@ void GlPlayer::Play(Call const& call, uint64_t thread, Part part, bool inState)
 void GlPlayer::PayCubeMipmaps()
 {
     if (m_owesCubeMipmaps)
-        m_gl.glGenerateMipmap(GL_TEXTURE_CUBE_MAP);
+        m_gl->glGenerateMipmap(GL_TEXTURE_CUBE_MAP);
     m_owesCubeMipmaps = false;
 }
 
 uint64_t GlPlayer::PlayPlain(Call const& call)
 {
-    GlFunction const* const function = FindGlFunction(call.Id());
-    if (!function || !function->present(m_gl))
+    GlFunction const* const function = FindGlFunction(m_api, call.Id());
+    if (!function || !function->present(m_driver))
     {
         NotReplayed(call, "the driver has no such function");
         return 0;
@@ -105,7 +121,7 @@ uint64_t GlPlayer::PlayPlain(Call const& call)
     Arguments const arguments(call, translate);
     if (arguments.Count() != function->arguments)
         throw BadRecord("it has the wrong number of arguments");
-    return function->invoke(m_gl, arguments.Words());
+    return function->invoke(m_driver, arguments.Words());
 }
 
 // A context that was lost answers with an error for ever.
@@ -114,7 +130,7 @@ void GlPlayer::CheckErrors(Call const& call)
     constexpr int kMost = 8;
     for (int i = 0; i < kMost; ++i)
     {
-        GLenum const error = m_gl.glGetError();
+        GLenum const error = m_gl->glGetError();
         if (error == GL_NO_ERROR)
             return;
         if (!call.Failed())
@@ -156,15 +172,15 @@ GLuint GlPlayer::OwnName(std::string const& kind, uint32_t recorded)
         return names->Find(recorded, kNoSuchName);
     GLuint own = kNoSuchName;
     if (kind == "texture")
-        m_gl.glGenTextures(1, &own);
+        m_gl->glGenTextures(1, &own);
     else if (kind == "buffer")
-        m_gl.glGenBuffers(1, &own);
+        m_gl->glGenBuffers(1, &own);
     else if (kind == "framebuffer")
-        m_gl.glGenFramebuffers(1, &own);
+        m_gl->glGenFramebuffers(1, &own);
     else if (kind == "renderbuffer")
-        m_gl.glGenRenderbuffers(1, &own);
-    else if (kind == "vertex_array" && m_gl.glGenVertexArraysOES)
-        m_gl.glGenVertexArraysOES(1, &own);
+        m_gl->glGenRenderbuffers(1, &own);
+    else if (kind == "vertex_array" && m_gl->glGenVertexArraysOES)
+        m_gl->glGenVertexArraysOES(1, &own);
     else
         return kNoSuchName;
     names->Set(recorded, own);

@@ -1,5 +1,6 @@
-// The dispatcher of OpenGL ES 2 calls. Calls of plain values, names and sized arrays are handed to the driver
-// as the layouts describe them; those that need more have a handler in the file of their family (es2_*.cpp).
+// The dispatcher of OpenGL ES calls, of either API. Calls of plain values, names and sized arrays are handed
+// to the driver as the layouts describe them; those that need more have a handler in the file of their family
+// (gl_*.cpp of both APIs, es1_*.cpp and es2_*.cpp of one).
 #pragma once
 #include "player/driver.h"
 #include "player/egl_player.h"
@@ -18,6 +19,13 @@ struct GlEntry
 {
     char const* name;
     GlHandler handler;
+};
+
+// How the arrays of an API are reached by their numbers: vertex attributes, or the fixed arrays of ES 1.
+struct ArrayCalls
+{
+    void (*point)(GlPlayer&, uint32_t index, Attribute const&, void const* pointer);
+    void (*enable)(GlPlayer&, uint32_t index, bool enabled);
 };
 
 class GlPlayer
@@ -51,7 +59,12 @@ public:
         m_report(Problem::QueryDiffers, call, how);
     }
 
-    GlFunctions const& Gl() const { return m_gl; }
+    // Of the API of the call that is played.
+    GlFunctions const& Gl() const { return *m_gl; }
+    Es1Functions const& Es1() const { return m_driver.es1; }
+    Driver const& GetDriver() const { return m_driver; }
+    bool IsEs1() const { return m_api == Api::Es1; }
+    ArrayCalls const& Arrays() const;
     Context& Now() { return *m_context; }
     ShareGroup& Shared() { return *m_context->shared; }
     EglPlayer const& Egl() const { return m_egl; }
@@ -67,7 +80,11 @@ public:
 private:
     void CheckErrors(Call const& call);
 
-    GlFunctions const& m_gl;
+    void SwitchTo(Api api);
+
+    Driver const& m_driver;
+    GlFunctions const* m_gl;
+    Api m_api = Api::Es2;
     Survey const& m_survey;
     EglPlayer& m_egl;
     Options m_options;
@@ -84,7 +101,11 @@ std::vector<GlEntry> GlTextureHandlers();
 std::vector<GlEntry> GlBufferHandlers();
 std::vector<GlEntry> Es2ProgramHandlers();
 std::vector<GlEntry> Es2UniformHandlers();
+std::vector<GlEntry> Es1ArrayHandlers();
 std::vector<GlEntry> Es2ArrayHandlers();
 std::vector<GlEntry> GlDrawHandlers();
 std::vector<GlEntry> GlSkippedHandlers();
+
+extern ArrayCalls const kEs1Arrays;
+extern ArrayCalls const kEs2Arrays;
 }  // namespace nebtrace::player

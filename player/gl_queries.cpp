@@ -61,7 +61,7 @@ public:
                 Add(field);
         if (m_words.size() != m_function.arguments)
             return;
-        m_result = m_function.invoke(m_player.Gl(), m_words.data());
+        m_result = m_function.invoke(m_player.GetDriver(), m_words.data());
         Compare();
     }
 
@@ -199,7 +199,7 @@ void GlPlayer::PlayQuery(Call const& call)
     // A query that failed has no outputs to compare.
     if (!m_options.checkQueries || call.Failed())
         return;
-    GlFunction const* const function = FindGlFunction(call.Id());
+    GlFunction const* const function = FindGlFunction(m_api, call.Id());
     std::string const name = call.Name();
     if (name == "glGetString")
         CompareString(*this, call);
@@ -207,7 +207,7 @@ void GlPlayer::PlayQuery(Call const& call)
         CompareAttribLocation(*this, call);
     else if (name == "glReadPixels")
         ComparePixels(*this, call);
-    else if (call.Id() < kFirstSharedId && function && function->present(m_gl))
+    else if (call.Id() < kFirstSharedId && function && function->present(m_driver))
         Query(*this, call, *function).Run();
 }
 }  // namespace nebtrace::player

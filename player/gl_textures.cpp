@@ -12,11 +12,12 @@ constexpr unsigned kLargestPixel = 16;
 // A record of an unknown format is filled up to what the driver may read of it, but not beyond this.
 constexpr uint64_t kMostPadding = 64U << 20;
 
-// The alignment of the rows in a record. glTexImage2D records another state's alignment while it measures the
-// application's own rows, which the player's state has; only a captured image has no other than its own.
+// The alignment of the rows in a record. glTexImage2D of ES 2 records another state's alignment while it
+// measures the application's own rows, which the player's state has; only a captured image has no other than
+// its own.
 GLint RowAlignment(GlPlayer& player, Call const& call)
 {
-    bool const other = call.Name() == "glTexImage2D" && !player.InState();
+    bool const other = call.Name() == "glTexImage2D" && !player.InState() && !player.IsEs1();
     return other ? player.Now().unpackAlignment : call.Int("alignment");
 }
 

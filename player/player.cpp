@@ -24,7 +24,7 @@ public:
              ReplayEvents const& events)
         : m_survey(survey), m_options(options), m_events(events), m_source(path, survey),
           m_driver(OpenDriver()), m_egl(*m_driver, survey, options.window, events.problem),
-          m_es2(*m_driver, survey, m_egl, {options.checkErrors, options.checkQueries}, events.problem)
+          m_gl(*m_driver, survey, m_egl, {options.checkErrors, options.checkQueries}, events.problem)
     {
     }
 
@@ -48,10 +48,10 @@ private:
     Source m_source;
     std::unique_ptr<Driver> m_driver;
     EglPlayer m_egl;
-    GlPlayer m_es2;
+    GlPlayer m_gl;
     DecodedCall m_decoded;
     Api m_api = Api::Any;  // of the last GL call: the hint for a record that does not say it itself
-    bool m_inEs2State = false;
+    bool m_inGlState = false;
     Clock::time_point m_frameBegan = Clock::now();
     ReplayResult m_result;
 };
@@ -96,12 +96,12 @@ void Replayer::Play(Record const& record)
         PlayCall(record);
 }
 
-// The markers of EGL and ES 2 stand at both ends; only those of ES 2 change how records are read.
+// The markers stand at both ends; those of EGL do not change how records are read.
 // A captured state is no part of the first frame's time.
 void Replayer::StepMarker(Record const& record)
 {
-    if (record.id == kEs2StateId)
-        m_inEs2State = !m_inEs2State;
+    if (record.id != kEglStateId)
+        m_inGlState = !m_inGlState;
     m_frameBegan = Clock::now();
 }
 
@@ -127,17 +127,15 @@ void Replayer::Dispatch(Record const& record, Call const& call)
         m_api = api;
     if (api == Api::Egl)
         m_egl.Play(call, record.thread);
-    else if (api == Api::Es2)
-        m_es2.Play(call, record.thread, m_survey.PartOf(record), m_inEs2State);
     else
-        throw DriverFailure("calls of OpenGL ES 1 are not replayed yet");
+        m_gl.Play(call, record.thread, m_survey.PartOf(record), m_inGlState);
 }
 
 // As the recorder does: from the framebuffer that is bound, under the pack state that is set, ahead of the
 // swap.
 Picture Replayer::ReadFrame(Call const& call, std::optional<Picture> const& recorded, uint64_t thread)
 {
-    m_egl.Current(thread);
+    GlFunctions const& gl = m_driver->ForVersion(m_egl.Current(thread)->version);
     Surface const* const surface = m_egl.CurrentDraw(thread);
     Picture picture;
     picture.width = recorded ? recorded->width : surface ? surface->width : 0;
@@ -147,7 +145,6 @@ Picture Replayer::ReadFrame(Call const& call, std::optional<Picture> const& reco
     size_t const row = static_cast<size_t>(picture.width) * 4;
     size_t const rows = static_cast<size_t>(picture.height);
     picture.pixels.resize((row + 8) * rows);
-    GlFunctions const& gl = m_driver->es2;
     gl.glReadPixels(0, 0, picture.width, picture.height, GL_RGBA, GL_UNSIGNED_BYTE, picture.pixels.data());
     if (gl.glGetError() != GL_NO_ERROR && !call.Failed())
         m_events.problem(Problem::NotReplayed, call, "the frame cannot be read");
@@ -169,8 +166,7 @@ void Replayer::EndFrame(Record const& record, Call const& call)
     }
     if (m_options.timeFrames)
     {
-        m_egl.Current(record.thread);
-        m_driver->es2.glFinish();
+        m_driver->ForVersion(m_egl.Current(record.thread)->version).glFinish();
     }
     Dispatch(record, call);
     Clock::time_point const now = Clock::now();

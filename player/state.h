@@ -94,6 +94,7 @@ struct Context
     uint32_t arrayBuffer = 0;
     uint32_t program = 0;
     GLint unpackAlignment = 4;
+    GLenum clientActiveTexture = GL_TEXTURE0;  // of ES 1
 
     VertexArray& BoundVertexArray() { return vertexArrayState[vertexArray]; }
 };

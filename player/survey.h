@@ -59,6 +59,9 @@ struct Survey
     };
     std::map<Link, Locations> attributes;
 
+    // Of OpenGL ES: what a context is to be that no record describes.
+    int Version() const { return usesEs1 && !usesEs2 ? 1 : 2; }
+
     Part PartOf(Record const& record) const
     {
         return snapshot != 0 && record.offset >= snapshot ? Part::Snapshot : Part::Frames;

@@ -45,6 +45,16 @@ STATE_MARKERS = (2, 4)  # of EGL and of GLES2: each stands ahead of its state, a
 Record = collections.namedtuple("Record", "id name thread payload")
 
 
+class Frame(collections.namedtuple("Frame", "number width height pixels")):
+    """A frame's number in the run, and its RGBA pixels if they were saved."""
+
+    @classmethod
+    def of(cls, swap):
+        # Error word, result, display, surface; number, width, height; pointer, size, pixels.
+        number, width, height = struct.unpack_from("<3I", swap, 16)
+        return cls(number, width, height, swap[36:])
+
+
 class Trace:
     """A trace file, walked from its header to its footer. Anything out of place is an error."""
 
@@ -91,6 +101,14 @@ class Trace:
     def of(self, name):
         return [record for record in self.records if record.name == name]
 
+    def frames(self):
+        """What the swaps kept, bottom row first."""
+        return [Frame.of(swap.payload) for swap in self.of("eglSwapBuffers")]
+
+    def snapshot(self):
+        """Where the footer says that the state begins; 0 if that is not behind the frames."""
+        return struct.unpack_from("<Q", self.footer, 2)[0]
+
 
 class ScratchTest(unittest.TestCase):
     """A test in a folder of its own, without a display, on Mesa's software rasteriser."""
@@ -131,6 +149,9 @@ class ScratchTest(unittest.TestCase):
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
         return "\n".join(line for line in done.stdout.splitlines() if line and not line.startswith("NEBTRACE("))
 
+    def replay(self, *arguments):
+        return self.run_command(NEBTRACE, "replay", *arguments)
+
     def trace(self, name="trace.nebt"):
         return Trace(self.path(name))
 
@@ -142,11 +163,11 @@ class ScratchTest(unittest.TestCase):
         with open(self.path(name), encoding="utf-8") as file:
             return file.read()
 
-    def start_display(self):
+    def start_display(self, *arguments):
         """An X server on a free display, for as long as the test runs."""
         reader, writer = os.pipe()
         server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "640x480x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "640x480x24", "-nolisten", "tcp", *arguments],
             pass_fds=[writer],
             stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL,

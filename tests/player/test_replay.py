@@ -26,9 +26,6 @@ class Replay(ScratchTest):
                          "--frames", "10", "--size", "120x90")
         return name + ".nebt"
 
-    def replay(self, *arguments):
-        return self.run_command(NEBTRACE, "replay", *arguments)
-
     # The proof that a recording holds all that a program drew with: an empty context, and the same pixels.
     def test_every_frame_of_every_example_is_replayed_identically(self):
         for name in EXAMPLES:

@@ -90,8 +90,8 @@ class Scenes(ScratchTest):
     def test_bump(self):
         self.check_scenes("bump", "bump:bump-render=normals", "bump:bump-render=height")
 
-    # Buffers that are filled through glMapBufferOES alone. What was written ahead of the first recorded frame is in
-    # no record, so that this frame draws from empty buffers; each later one follows a recorded unmap.
+    # Buffers that are changed through glMapBufferOES alone. What was written ahead of the first recorded frame is in
+    # no record: this frame is drawn from the upload that made the buffers. Each later one follows a recorded unmap.
     def test_buffer(self):
         self.check_scenes("buffer", "buffer:interleave=true", compare=self.first_differs)
 

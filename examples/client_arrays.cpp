@@ -2,6 +2,7 @@
 // indices and without, and with indices in a buffer object.
 #include "array_log.h"
 #include "matrix.h"
+#include "shaders.h"
 #include "support.h"
 #include <CLI/CLI.hpp>
 #include <cstdint>

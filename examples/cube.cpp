@@ -1,6 +1,7 @@
 // A lit, textured cube that spins above a mirroring floor: vertex and index buffers, a mipmapped texture,
 // blending, and uniforms of most types.
 #include "matrix.h"
+#include "shaders.h"
 #include "support.h"
 #include <algorithm>
 #include <cstddef>

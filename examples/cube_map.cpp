@@ -1,6 +1,7 @@
 // A ball that mirrors a cube map with mipmaps of its own: each level has a tint, so that the level which is
 // sampled shows. A second cube map leaves its mipmaps to the driver.
 #include "matrix.h"
+#include "shaders.h"
 #include "support.h"
 #include <cstdint>
 #include <vector>

@@ -1,6 +1,7 @@
 // Three programs with vertex array objects: a row of bars from arrays of uniforms, a star turned by matrices
 // of each size, and a picture that is changed piece by piece while it is shown.
 #include "matrix.h"
+#include "shaders.h"
 #include "support.h"
 #include <GLES2/gl2ext.h>
 #include <cstdint>

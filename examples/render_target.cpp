@@ -1,6 +1,7 @@
 // Two interlocked, turning blocks drawn into a texture with a depth renderbuffer, and the texture on a screen
 // that sways in front of a darker copy of itself.
 #include "matrix.h"
+#include "shaders.h"
 #include "support.h"
 #include <stdexcept>
 

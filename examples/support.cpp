@@ -1,5 +1,6 @@
 #include "support.h"
 #include <CLI/CLI.hpp>
+#include <GLES2/gl2.h>
 #include <cstdio>
 #include <cstdlib>
 #include <png.h>
@@ -44,7 +45,8 @@ std::string ReadSize(std::string const& text, Options& options)
 class Pbuffer
 {
 public:
-    Pbuffer(int width, int height)
+    // `version`: of OpenGL ES.
+    Pbuffer(int width, int height, int version)
     {
         if (!std::getenv("DISPLAY"))
             setenv("EGL_PLATFORM", "surfaceless", 0);
@@ -52,13 +54,13 @@ public:
         if (!eglInitialize(m_display, nullptr, nullptr))
             Fail("no EGL display can be opened");
         eglBindAPI(EGL_OPENGL_ES_API);
-        EGLConfig const config = ChooseConfig();
-        EGLint const contextAttributes[] = {EGL_CONTEXT_CLIENT_VERSION, 2, EGL_NONE};
+        EGLConfig const config = ChooseConfig(version);
+        EGLint const contextAttributes[] = {EGL_CONTEXT_CLIENT_VERSION, version, EGL_NONE};
         EGLint const surfaceAttributes[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};
         m_context = eglCreateContext(m_display, config, EGL_NO_CONTEXT, contextAttributes);
         m_surface = eglCreatePbufferSurface(m_display, config, surfaceAttributes);
         if (!eglMakeCurrent(m_display, m_surface, m_surface, m_context))
-            Fail("no OpenGL ES 2 context with a pbuffer can be made");
+            Fail("no OpenGL ES " + std::to_string(version) + " context with a pbuffer can be made");
     }
 
     ~Pbuffer()
@@ -81,14 +83,14 @@ public:
 
 private:
     // Smooth edges where the driver has them for pbuffers, plain ones elsewhere.
-    EGLConfig ChooseConfig() const
+    EGLConfig ChooseConfig(int version) const
     {
         for (EGLint const samples : {4, 0})
         {
             EGLint const attributes[] = {EGL_SURFACE_TYPE,
                                          EGL_PBUFFER_BIT,
                                          EGL_RENDERABLE_TYPE,
-                                         EGL_OPENGL_ES2_BIT,
+                                         version == 1 ? EGL_OPENGL_ES_BIT : EGL_OPENGL_ES2_BIT,
                                          EGL_RED_SIZE,
                                          8,
                                          EGL_GREEN_SIZE,
@@ -107,7 +109,7 @@ private:
             if (eglChooseConfig(m_display, attributes, &config, 1, &count) && count == 1)
                 return config;
         }
-        Fail("EGL has no configuration for OpenGL ES 2 on a pbuffer");
+        Fail("EGL has no configuration for OpenGL ES " + std::to_string(version) + " on a pbuffer");
     }
 
     EGLDisplay m_display = EGL_NO_DISPLAY;
@@ -135,7 +137,7 @@ void WritePng(Options const& options)
 
 void DrawAll(Options const& options, Scene& scene)
 {
-    Pbuffer pbuffer(options.width, options.height);
+    Pbuffer pbuffer(options.width, options.height, scene.ApiVersion());
     scene.Setup(options.width, options.height);
     for (int frame = 0; frame < options.frames; ++frame)
     {
@@ -145,48 +147,15 @@ void DrawAll(Options const& options, Scene& scene)
         pbuffer.Swap();
     }
 }
-
-GLuint CompileShader(GLenum type, char const* source)
-{
-    GLuint const shader = glCreateShader(type);
-    glShaderSource(shader, 1, &source, nullptr);
-    glCompileShader(shader);
-    GLint compiled = GL_FALSE;
-    glGetShaderiv(shader, GL_COMPILE_STATUS, &compiled);
-    if (compiled)
-        return shader;
-    char log[1000] = "";
-    glGetShaderInfoLog(shader, sizeof log, nullptr, log);
-    Fail(std::string("a shader does not compile: ") + log);
-}
 }  // namespace
 
-GLuint BuildProgram(char const* vertexSource, char const* fragmentSource)
-{
-    GLuint const vertexShader = CompileShader(GL_VERTEX_SHADER, vertexSource);
-    GLuint const fragmentShader = CompileShader(GL_FRAGMENT_SHADER, fragmentSource);
-    GLuint const program = glCreateProgram();
-    glAttachShader(program, vertexShader);
-    glAttachShader(program, fragmentShader);
-    glLinkProgram(program);
-    glDeleteShader(vertexShader);
-    glDeleteShader(fragmentShader);
-    GLint linked = GL_FALSE;
-    glGetProgramiv(program, GL_LINK_STATUS, &linked);
-    if (linked)
-        return program;
-    char log[1000] = "";
-    glGetProgramInfoLog(program, sizeof log, nullptr, log);
-    Fail(std::string("a program does not link: ") + log);
-}
-
-void DrawArrays(GLenum mode, GLint first, GLsizei count)
+void DrawArrays(unsigned mode, int first, int count)
 {
     glDrawArrays(mode, first, count);
     ++drawCount;
 }
 
-void DrawElements(GLenum mode, GLsizei count, GLenum type, void const* indices)
+void DrawElements(unsigned mode, int count, unsigned type, void const* indices)
 {
     glDrawElements(mode, count, type, indices);
     ++drawCount;

@@ -1,7 +1,7 @@
-// What the examples share: the command line, an EGL pbuffer to draw into, shaders, and the last frame as PNG.
+// What the examples share: the command line, an EGL pbuffer to draw into, and the last frame as PNG. It calls
+// the functions that both APIs have; which library they come from, each example's link says.
 #pragma once
 #include <EGL/egl.h>
-#include <GLES2/gl2.h>
 
 namespace CLI
 {
@@ -17,6 +17,8 @@ public:
     virtual ~Scene() = default;
     // Options of the example's own, beside those that all have.
     virtual void AddOptions(CLI::App&) {}
+    // Of OpenGL ES: 1 or 2.
+    virtual int ApiVersion() const { return 2; }
     virtual void Setup(int width, int height) = 0;
     virtual void DrawFrame(int frame) = 0;
 };
@@ -25,10 +27,7 @@ public:
 // up. Returns the exit code.
 int Run(int argc, char** argv, char const* about, Scene& scene);
 
-// Compiles and links; a mistake in a shader ends the program with the driver's log.
-GLuint BuildProgram(char const* vertexSource, char const* fragmentSource);
-
 // The two draw calls, counted for --counts.
-void DrawArrays(GLenum mode, GLint first, GLsizei count);
-void DrawElements(GLenum mode, GLsizei count, GLenum type, void const* indices);
+void DrawArrays(unsigned mode, int first, int count);
+void DrawElements(unsigned mode, int count, unsigned type, void const* indices);
 }  // namespace examples

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <dlfcn.h>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -17,10 +18,14 @@ constexpr float kPi = 3.14159265F;
 constexpr GLsizei kTargetSize = 64;
 constexpr int kSprites = 40;
 
+// From the library, if it exports extensions, as many do; EGL knows the others. Asked by EGL, a name that
+// OpenGL ES 2 has too says nothing of the API that it is for.
 template <typename Function>
 Function Find(char const* name)
 {
-    auto const found = reinterpret_cast<Function>(eglGetProcAddress(name));
+    auto found = reinterpret_cast<Function>(dlsym(RTLD_DEFAULT, name));
+    if (!found)
+        found = reinterpret_cast<Function>(eglGetProcAddress(name));
     if (!found)
         throw std::runtime_error(std::string("the driver has no ") + name);
     return found;

@@ -40,7 +40,7 @@ def api_names(table):
 
 NAMES = {**api_names("es1"), **api_names("es2"), **api_names("egl")}
 
-STATE_MARKERS = (2, 4)  # of EGL and of GLES2: each stands ahead of its state, and behind it
+STATE_MARKERS = (2, 3, 4)  # of EGL, GLES1 and GLES2: each stands ahead of its state, and behind it
 
 Record = collections.namedtuple("Record", "id name thread payload")
 

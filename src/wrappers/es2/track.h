@@ -1,42 +1,16 @@
 // What the GLES2 wrappers write into the live shadow as calls pass, by family. Each function is called when
 // its wrapper's gate is open, and says nothing of gates itself.
 #pragma once
-#include "api/types.h"
+#include "wrappers/track_contents.h"
 
 namespace Es2
 {
 namespace Track
 {
 // Textures. The record is that of the name bound to the target, the face and the level.
-struct SImage
-{
-    GLenum target;
-    GLint level;
-    GLint internalformat;
-    GLsizei width;
-    GLsizei height;
-    GLint border;
-    GLenum format;
-    GLenum type;  // 0 for a compressed image
-    GLint alignment;
-    void const* pixels;  // as many bytes as the values above make, at the record's alignment
-    bool isCompressed;
-    GLsizei compressedSize;  // 0 for any other
-};
+using TrackContents::SImage;
+using TrackContents::SSubImage;
 void TexImage2D(SImage const& image);
-struct SSubImage
-{
-    GLenum target;
-    GLint level;
-    GLint xoffset;
-    GLint yoffset;
-    GLsizei width;
-    GLsizei height;
-    GLenum format;
-    GLenum type;
-    void const* pixels;
-    uint32_t readable;  // bytes behind the pointer
-};
 void TexSubImage2D(SSubImage const& update);
 void TexParameteri(GLenum target, GLenum pname, GLint value);
 void TexParameterf(GLenum target, GLenum pname, GLfloat value);

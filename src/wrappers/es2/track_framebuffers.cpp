@@ -5,13 +5,6 @@
 namespace
 {
 
-template <typename Visit>
-void ForEach(GLsizei n, GLuint const* names, Visit visit)
-{
-    for (GLsizei i = 0; names && i < n; ++i)
-        visit(names[i]);
-}
-
 // The attachment of the bound framebuffer that a record keeps, or null.
 FBOAttachmentDefinition* DepthOrStencil(GLenum attachment)
 {
@@ -25,7 +18,8 @@ FBOAttachmentDefinition* DepthOrStencil(GLenum attachment)
 
 void Es2::Track::GenFramebuffers(GLsizei n, GLuint const* names)
 {
-    ForEach(n, names, [](GLuint name) { LiveEs2State().mFramebufferObjects[name].name = name; });
+    TrackContents::ForEachName(n, names,
+                               [](GLuint name) { LiveEs2State().mFramebufferObjects[name].name = name; });
 }
 
 void Es2::Track::BindFramebuffer(GLuint name)
@@ -40,12 +34,13 @@ void Es2::Track::BindFramebuffer(GLuint name)
 
 void Es2::Track::BeforeDeleteFramebuffers(GLsizei n, GLuint const* names)
 {
-    ForEach(n, names, [](GLuint name) { LiveEs2State().SaveFBOTexture(name); });
+    TrackContents::ForEachName(n, names, [](GLuint name) { LiveEs2State().SaveFBOTexture(name); });
 }
 
 void Es2::Track::DeleteFramebuffers(GLsizei n, GLuint const* names)
 {
-    ForEach(n, names, [](GLuint name) { LiveEs2State().mFramebufferObjects.removeElement(name); });
+    TrackContents::ForEachName(n, names,
+                               [](GLuint name) { LiveEs2State().mFramebufferObjects.removeElement(name); });
 }
 
 // On purpose: a texture as colour attachment is not kept, and a plain one leaves the face as it was.
@@ -74,7 +69,8 @@ void Es2::Track::FramebufferRenderbuffer(GLenum attachment, GLuint renderbuffer)
 
 void Es2::Track::GenRenderbuffers(GLsizei n, GLuint const* names)
 {
-    ForEach(n, names, [](GLuint name) { LiveEs2State().m_sRenderbuffers[name].name = name; });
+    TrackContents::ForEachName(n, names,
+                               [](GLuint name) { LiveEs2State().m_sRenderbuffers[name].name = name; });
 }
 
 void Es2::Track::BindRenderbuffer(GLuint name)
@@ -85,5 +81,6 @@ void Es2::Track::BindRenderbuffer(GLuint name)
 
 void Es2::Track::DeleteRenderbuffers(GLsizei n, GLuint const* names)
 {
-    ForEach(n, names, [](GLuint name) { LiveEs2State().m_sRenderbuffers.removeElement(name); });
+    TrackContents::ForEachName(n, names,
+                               [](GLuint name) { LiveEs2State().m_sRenderbuffers.removeElement(name); });
 }

@@ -6,175 +6,249 @@
 namespace
 {
 
+using S = CEs2ContextState;
+
+CNEBTString At(char const* label, int index) { return NEBTStringFromFormattedStr("%s[%d]", label, index); }
+
+// One value, whatever it is, behind its label.
 template <typename T>
 void Print(char const* label, T value)
 {
     LogMessage("%s:%d", label, static_cast<int>(value));
 }
 void Print(char const* label, float value) { LogMessage("%s:%f", label, static_cast<double>(value)); }
+void Print(char const* label, CNEBTString const& value) { LogMessage("%s:%s", label, value.c_str()); }
+void Print(char const* label, uint8_t* value)
+{
+    LogMessage("%s:0x%llx", label, static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(value)));
+}
+void Print(char const* label, FBOAttachmentDefinition const& attachment)
+{
+    LogMessage("%s.name:%d", label, attachment.name);
+    LogMessage("%s.lod:%d", label, attachment.lod);
+    LogMessage("%s.cubeface:%d", label, attachment.cubeface);
+    LogMessage("%s.type:%d", label, attachment.type);
+}
 
+// Arrays, value by value.
+template <typename T>
+void PrintValues(char const* label, T const* values, int count)
+{
+    for (int i = 0; values && i < count; ++i)
+        Print(At(label, i).c_str(), values[i]);
+}
 template <typename T, std::size_t N>
 void Print(char const* label, T const (&values)[N])
 {
-    for (std::size_t i = 0; i < N; ++i)
-        Print(NEBTStringFromFormattedStr("%s[%d]", label, static_cast<int>(i)).c_str(), values[i]);
+    PrintValues(label, values, static_cast<int>(N));
 }
-
-// One field of a record in a map: "m_sBufferDatas[%d] st->bufferName:%d".
 template <typename T>
-void PrintField(char const* map, int key, char const* field, T value)
+void Print(char const* label, DynArray<T> const& values)
 {
-    Print(NEBTStringFromFormattedStr("%s[%d] st->%s", map, key, field).c_str(), value);
+    PrintValues(label, values.m_pData, static_cast<int>(values.m_ui32Count));
 }
 
-#define PRINT(field) Print(#field, s.field)
-
-void PrintPlainState(CEs2ContextState const& s)
+// A field of a record: its name, and how it is printed behind a label that ends with that name.
+template <typename T>
+struct SField
 {
-    PRINT(m_usClientVersion);
-    PRINT(m_iMaxTextureUnits);
-    PRINT(m_eActiveTexture);
-    PRINT(m_uBound2DTextures);
-    PRINT(m_uBoundCubeMapTextures);
-    PRINT(m_uBound3DTexturesOES);
-    PRINT(m_eBlendEquationAlpha);
-    PRINT(m_eBlendEquationRGB);
-    PRINT(m_faBlendColor);
-    PRINT(m_eBlendFuncRGBSourceDest);
-    PRINT(m_eBlendFuncAlphaSourceDest);
-    PRINT(m_fClearColor);
-    PRINT(m_fClearDepth);
-    PRINT(m_iClearStencil);
-    PRINT(m_bColorMask);
-    PRINT(m_eCullFaceMode);
-    PRINT(m_eDepthFunc);
-    PRINT(m_bDepthMask);
-    PRINT(m_fDepthRangeNearFar);
-    PRINT(m_baServerState);
-    PRINT(m_iBoundFBO);
-    PRINT(m_eFrontFaceMode);
-    PRINT(m_eaHints);
-    PRINT(m_iPixelStorePackAlignment);
-    PRINT(m_iPixelStoreUnpackAlignment);
-    PRINT(m_fPolygonOffsetFactor);
-    PRINT(m_fPolygonOffsetUnits);
-    PRINT(m_bDeleteUsedProgram);
-    PRINT(m_bShaderCompilerReleased);
-    PRINT(m_iBoundRB);
-    PRINT(m_fSampleCoverageValue);
-    PRINT(m_bSampleCoverageInvert);
-    PRINT(m_iaScissorBox);
-    PRINT(m_eStencilFunc);
-    PRINT(m_iStencilFuncRef);
-    PRINT(m_uStencilFuncMask);
-    PRINT(m_uStencilMask);
-    PRINT(m_eStencilOpFail);
-    PRINT(m_eStencilOpZFail);
-    PRINT(m_eStencilOpZPass);
-    PRINT(m_iaViewport);
-    PRINT(mBoundVAO);
+    char const* name;
+    void (*print)(char const* label, T const& record);
+};
+#define FIELD(record, field)                                                                                 \
+    {                                                                                                        \
+#field, [](char const* label, record const& r) { Print(label, r.field); }                            \
+    }
+
+constexpr SField<S> kPlainFields[] = {
+    FIELD(S, m_usClientVersion),
+    FIELD(S, m_iMaxTextureUnits),
+    FIELD(S, m_eActiveTexture),
+    FIELD(S, m_uBound2DTextures),
+    FIELD(S, m_uBoundCubeMapTextures),
+    FIELD(S, m_uBound3DTexturesOES),
+    FIELD(S, m_eBlendEquationAlpha),
+    FIELD(S, m_eBlendEquationRGB),
+    FIELD(S, m_faBlendColor),
+    FIELD(S, m_eBlendFuncRGBSourceDest),
+    FIELD(S, m_eBlendFuncAlphaSourceDest),
+    FIELD(S, m_fClearColor),
+    FIELD(S, m_fClearDepth),
+    FIELD(S, m_iClearStencil),
+    FIELD(S, m_bColorMask),
+    FIELD(S, m_eCullFaceMode),
+    FIELD(S, m_eDepthFunc),
+    FIELD(S, m_bDepthMask),
+    FIELD(S, m_fDepthRangeNearFar),
+    FIELD(S, m_baServerState),
+    FIELD(S, m_iBoundFBO),
+    FIELD(S, m_eFrontFaceMode),
+    FIELD(S, m_eaHints),
+    FIELD(S, m_iPixelStorePackAlignment),
+    FIELD(S, m_iPixelStoreUnpackAlignment),
+    FIELD(S, m_fPolygonOffsetFactor),
+    FIELD(S, m_fPolygonOffsetUnits),
+    FIELD(S, m_bDeleteUsedProgram),
+    FIELD(S, m_bShaderCompilerReleased),
+    FIELD(S, m_iBoundRB),
+    FIELD(S, m_fSampleCoverageValue),
+    FIELD(S, m_bSampleCoverageInvert),
+    FIELD(S, m_iaScissorBox),
+    FIELD(S, m_eStencilFunc),
+    FIELD(S, m_iStencilFuncRef),
+    FIELD(S, m_uStencilFuncMask),
+    FIELD(S, m_uStencilMask),
+    FIELD(S, m_eStencilOpFail),
+    FIELD(S, m_eStencilOpZFail),
+    FIELD(S, m_eStencilOpZPass),
+    FIELD(S, m_iaViewport),
+    FIELD(S, mBoundVAO),
+};
+
+constexpr SField<BufferDefinition> kBufferFields[] = {
+    FIELD(BufferDefinition, bufferName),   FIELD(BufferDefinition, bufferTarget),
+    FIELD(BufferDefinition, bufferData),   FIELD(BufferDefinition, bufferDataSize),
+    FIELD(BufferDefinition, bufferUsage),  FIELD(BufferDefinition, isMappedOES),
+    FIELD(BufferDefinition, externalData), FIELD(BufferDefinition, deepCopy),
+};
+
+constexpr SField<TextureDefinition> kTextureFields[] = {
+    FIELD(TextureDefinition, textureTarget),
+    FIELD(TextureDefinition, bindTarget),
+    FIELD(TextureDefinition, textureName),
+    FIELD(TextureDefinition, textureLevel),
+    FIELD(TextureDefinition, depth),
+    FIELD(TextureDefinition, pixels),
+    FIELD(TextureDefinition, format),
+    FIELD(TextureDefinition, internalformat),
+    FIELD(TextureDefinition, width),
+    FIELD(TextureDefinition, height),
+    FIELD(TextureDefinition, type),
+    FIELD(TextureDefinition, alignment),
+    FIELD(TextureDefinition, border),
+    FIELD(TextureDefinition, params),
+    FIELD(TextureDefinition, iTextureCropRectangleOES),
+    FIELD(TextureDefinition, imageSize),
+    FIELD(TextureDefinition, externalData),
+    FIELD(TextureDefinition, deepCopy),
+    FIELD(TextureDefinition, mipsGenerated),
+    FIELD(TextureDefinition, isDirty),
+    FIELD(TextureDefinition, isCompressed),
+};
+
+constexpr SField<RBODefinition> kRenderbufferFields[] = {
+    FIELD(RBODefinition, name),   FIELD(RBODefinition, firstBind),      FIELD(RBODefinition, width),
+    FIELD(RBODefinition, height), FIELD(RBODefinition, internalformat),
+};
+
+constexpr SField<ShaderDefinition> kShaderFields[] = {
+    FIELD(ShaderDefinition, name),      FIELD(ShaderDefinition, type),     FIELD(ShaderDefinition, source),
+    FIELD(ShaderDefinition, bCompiled), FIELD(ShaderDefinition, bDeleted), FIELD(ShaderDefinition, attached),
+};
+
+constexpr SField<ProgramDefinition> kProgramFields[] = {
+    FIELD(ProgramDefinition, name),
+    FIELD(ProgramDefinition, vertShaderName),
+    FIELD(ProgramDefinition, fragShaderName),
+    FIELD(ProgramDefinition, bLinked),
+};
+
+constexpr SField<UniformDefinition> kUniformFields[] = {
+    FIELD(UniformDefinition, program),   FIELD(UniformDefinition, location),
+    FIELD(UniformDefinition, name),      FIELD(UniformDefinition, numValues),
+    FIELD(UniformDefinition, valueType), FIELD(UniformDefinition, afValues),
+    FIELD(UniformDefinition, aiValues),
+};
+
+constexpr SField<ProgramAttribute> kAttributeFields[] = {
+    FIELD(ProgramAttribute, name),      FIELD(ProgramAttribute, program),
+    FIELD(ProgramAttribute, location),  FIELD(ProgramAttribute, bDirectBind),
+    FIELD(ProgramAttribute, numValues), FIELD(ProgramAttribute, afValues),
+};
+
+constexpr SField<FBODefinition> kFramebufferFields[] = {
+    FIELD(FBODefinition, name),
+    FIELD(FBODefinition, firstBind),
+    {"NumColorAttachments()",
+     [](char const* label, FBODefinition const& r) { Print(label, r.NumColorAttachments); }},
+    {"ColorAttachments",
+     [](char const* label, FBODefinition const& r) {
+         PrintValues(label, r.ColorAttachments, r.NumColorAttachments);
+     }},
+    FIELD(FBODefinition, DepthAttachment),
+    FIELD(FBODefinition, StencilAttachment),
+    FIELD(FBODefinition, DepthStencilAttachment),
+    FIELD(FBODefinition, NumDrawBuffers),
+    {"DrawBuffers",
+     [](char const* label, FBODefinition const& r) { PrintValues(label, r.DrawBuffers, r.NumDrawBuffers); }},
+};
+
+#undef FIELD
+
+// `separator` stands between the record's place and its fields.
+template <typename T, std::size_t N>
+void PrintRecord(char const* place, char const* separator, T const& record, SField<T> const (&fields)[N])
+{
+    for (SField<T> const& field : fields)
+        field.print(NEBTStringFromFormattedStr("%s%s%s", place, separator, field.name).c_str(), record);
 }
 
-#undef PRINT
-
-void PrintBuffers(CEs2ContextState const& s, FILE* contents)
+// "m_sBufferDatas[%d] st->bufferName:%d". A record that knows its own name is told by its slot.
+template <typename T, std::size_t N>
+void PrintRecords(char const* map, TraceMap<unsigned int, T> const& records, SField<T> const (&fields)[N])
 {
+    for (int slot = 0; slot < records.Count(); ++slot)
+        PrintRecord(At(map, slot).c_str(), " st->", records.ValueAt(slot), fields);
+}
+
+// One that does not is told by its keys.
+template <typename T, std::size_t N>
+void PrintByKeys(char const* map, TraceMap<int, T> const& records, SField<T> const (&fields)[N])
+{
+    for (int slot = 0; slot < records.Count(); ++slot)
+        PrintRecord(At(map, records.KeyAt(slot)).c_str(), " st->", records.ValueAt(slot), fields);
+}
+template <typename K, typename V, typename T, std::size_t N>
+void PrintByKeys(char const* map, TraceMap<K, TraceMap<int, V>> const& maps, SField<T> const (&fields)[N])
+{
+    for (int slot = 0; slot < maps.Count(); ++slot)
+        PrintByKeys(At(map, static_cast<int>(maps.KeyAt(slot))).c_str(), maps.ValueAt(slot), fields);
+}
+
+void PrintNames(char const* map, S::UsedNames const& names)
+{
+    for (int slot = 0; slot < names.Count(); ++slot)
+        Print(At(map, slot).c_str(), names.ValueAt(slot));
+}
+
+void WriteBuffers(S const& s)
+{
+    FILE* const contents = std::fopen("c:\\temp\\bufferData", "wb");
+    if (!contents)
+        return;
     for (int slot = 0; slot < s.m_sBufferDatas.Count(); ++slot)
     {
-        BufferDefinition const& st = s.m_sBufferDatas.ValueAt(slot);
-        PrintField("m_sBufferDatas", slot, "bufferName", st.bufferName);
-        PrintField("m_sBufferDatas", slot, "bufferTarget", st.bufferTarget);
-        PrintField("m_sBufferDatas", slot, "bufferDataSize", st.bufferDataSize);
-        PrintField("m_sBufferDatas", slot, "bufferUsage", st.bufferUsage);
-        PrintField("m_sBufferDatas", slot, "isMappedOES", st.isMappedOES);
-        if (contents && st.bufferData && st.bufferDataSize > 0)
-            std::fwrite(st.bufferData, static_cast<std::size_t>(st.bufferDataSize), 1, contents);
+        BufferDefinition const& buffer = s.m_sBufferDatas.ValueAt(slot);
+        if (buffer.bufferData && buffer.bufferDataSize > 0)
+            std::fwrite(buffer.bufferData, static_cast<std::size_t>(buffer.bufferDataSize), 1, contents);
     }
+    std::fclose(contents);
 }
 
-void PrintFramebuffers(CEs2ContextState const& s)
+void PrintArray(int object, unsigned int index, VertexAttributeArray const& array)
 {
-    for (int slot = 0; slot < s.mFramebufferObjects.Count(); ++slot)
-    {
-        FBODefinition const& st = s.mFramebufferObjects.ValueAt(slot);
-        PrintField("mFramebufferObjects", slot, "name", st.name);
-        PrintField("mFramebufferObjects", slot, "firstBind", st.firstBind);
-        PrintField("mFramebufferObjects", slot, "NumColorAttachments()", st.NumColorAttachments);
-        PrintField("mFramebufferObjects", slot, "DepthAttachment.name", st.DepthAttachment.name);
-        PrintField("mFramebufferObjects", slot, "StencilAttachment.name", st.StencilAttachment.name);
-        PrintField("mFramebufferObjects", slot, "NumDrawBuffers", st.NumDrawBuffers);
-    }
-    for (int slot = 0; slot < s.m_sRenderbuffers.Count(); ++slot)
-    {
-        RBODefinition const& st = s.m_sRenderbuffers.ValueAt(slot);
-        PrintField("m_sRenderbuffers", slot, "name", st.name);
-        PrintField("m_sRenderbuffers", slot, "firstBind", st.firstBind);
-        PrintField("m_sRenderbuffers", slot, "width", st.width);
-        PrintField("m_sRenderbuffers", slot, "height", st.height);
-        PrintField("m_sRenderbuffers", slot, "internalformat", st.internalformat);
-    }
-}
-
-void PrintPrograms(CEs2ContextState const& s)
-{
-    for (int slot = 0; slot < s.m_sShaderMap.Count(); ++slot)
-    {
-        ShaderDefinition const& st = s.m_sShaderMap.ValueAt(slot);
-        PrintField("m_sShaderMap", slot, "name", st.name);
-        PrintField("m_sShaderMap", slot, "type", st.type);
-        PrintField("m_sShaderMap", slot, "bCompiled", st.bCompiled);
-        PrintField("m_sShaderMap", slot, "bDeleted", st.bDeleted);
-        LogMessage("m_sShaderMap[%d] st->source:%s", slot, st.source.c_str());
-    }
-    for (int slot = 0; slot < s.m_sProgramMap.Count(); ++slot)
-    {
-        ProgramDefinition const& st = s.m_sProgramMap.ValueAt(slot);
-        PrintField("m_sProgramMap", slot, "name", st.name);
-        PrintField("m_sProgramMap", slot, "vertShaderName", st.vertShaderName);
-        PrintField("m_sProgramMap", slot, "fragShaderName", st.fragShaderName);
-        PrintField("m_sProgramMap", slot, "bLinked", st.bLinked);
-    }
-    Print("m_sUsedProgram.name", s.m_sUsedProgram.name);
-}
-
-void PrintImage(TextureDefinition const& st)
-{
-    int const key = static_cast<int>(st.textureName);
-    PrintField("m_sTexImageTextures", key, "textureTarget", st.textureTarget);
-    PrintField("m_sTexImageTextures", key, "textureLevel", st.textureLevel);
-    PrintField("m_sTexImageTextures", key, "format", st.format);
-    PrintField("m_sTexImageTextures", key, "internalformat", st.internalformat);
-    PrintField("m_sTexImageTextures", key, "width", st.width);
-    PrintField("m_sTexImageTextures", key, "height", st.height);
-    PrintField("m_sTexImageTextures", key, "type", st.type);
-    PrintField("m_sTexImageTextures", key, "alignment", st.alignment);
-    PrintField("m_sTexImageTextures", key, "imageSize", st.imageSize);
-    PrintField("m_sTexImageTextures", key, "mipsGenerated", st.mipsGenerated);
-    PrintField("m_sTexImageTextures", key, "isDirty", st.isDirty);
-    PrintField("m_sTexImageTextures", key, "isCompressed", st.isCompressed);
-}
-
-void PrintTextures(CEs2ContextState const& s)
-{
-    for (int name = 0; name < s.m_sTexImageTextures.Count(); ++name)
-    {
-        auto const& faces = s.m_sTexImageTextures.ValueAt(name);
-        for (int face = 0; face < faces.Count(); ++face)
-            for (int level = 0; level < faces.ValueAt(face).Count(); ++level)
-                PrintImage(faces.ValueAt(face).ValueAt(level));
-    }
-}
-
-void PrintArray(int object, int index, VertexAttributeArray const& array)
-{
+    CNEBTString const label = NEBTStringFromFormattedStr("mVertexArrayObjects[%d].vertexattributearrays[%d]",
+                                                         object, static_cast<int>(index));
     auto const print = [&](char const* field, int value) {
-        LogMessage("mVertexArrayObjects[%d].vertexattributearrays[%d].%s: %d", object, index, field, value);
+        LogMessage("%s.%s: %d", label.c_str(), field, value);
     };
     print("enabled", array.enabled);
     print("normalized", array.normalized);
     print("size", array.size);
     print("type", static_cast<int>(array.type));
     print("stride", array.stride);
+    LogMessage("%s.pointer: 0x%llx", label.c_str(),
+               static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(array.pointer)));
     print("boundarraybuffer", static_cast<int>(array.boundarraybuffer));
 }
 
@@ -182,14 +256,22 @@ void PrintArray(int object, int index, VertexAttributeArray const& array)
 
 void CEs2ContextState::PrintRenderState(bool writeBuffers)
 {
-    PrintPlainState(*this);
-    FILE* const contents = writeBuffers ? std::fopen("c:\\temp\\bufferData", "wb") : nullptr;
-    PrintBuffers(*this, contents);
-    if (contents)
-        std::fclose(contents);
-    PrintFramebuffers(*this);
-    PrintPrograms(*this);
-    PrintTextures(*this);
+    for (SField<S> const& field : kPlainFields)
+        field.print(field.name, *this);
+    PrintNames("m_sUsedTextures", m_sUsedTextures);
+    PrintNames("m_sUsedBuffers", m_sUsedBuffers);
+    PrintRecords("m_sBufferDatas", m_sBufferDatas, kBufferFields);
+    if (writeBuffers)
+        WriteBuffers(*this);
+    PrintRecords("mFramebufferObjects", mFramebufferObjects, kFramebufferFields);
+    PrintRecords("m_sRenderbuffers", m_sRenderbuffers, kRenderbufferFields);
+    PrintRecords("m_sShaderMap", m_sShaderMap, kShaderFields);
+    PrintRecords("m_sProgramMap", m_sProgramMap, kProgramFields);
+    PrintRecord("m_sUsedProgram", ".", m_sUsedProgram, kProgramFields);
+    PrintByKeys("m_sTexImageTextures", m_sTexImageTextures, kTextureFields);
+    PrintByKeys("m_sUniformMap", m_sUniformMap, kUniformFields);
+    PrintByKeys("m_sPreAttribMap", m_sPreAttribMap, kAttributeFields);
+    PrintByKeys("m_sPostAttribMap", m_sPostAttribMap, kAttributeFields);
     PrintVAOState();
 }
 
@@ -197,12 +279,16 @@ void CEs2ContextState::PrintVAOState()
 {
     for (int slot = 0; slot < mVertexArrayObjects.Count(); ++slot)
     {
-        VAODefinition const& vertexArray = mVertexArrayObjects.ValueAt(slot);
-        LogMessage("mVertexArrayObjects[%d].name: %d", slot, vertexArray.name);
-        LogMessage("mVertexArrayObjects[%d].boundarraybuffer: %d", slot, vertexArray.boundarraybuffer);
-        LogMessage("mVertexArrayObjects[%d].boundelementbuffer: %d", slot, vertexArray.boundelementbuffer);
-        auto const& arrays = vertexArray.vertexattributearrays;
+        VAODefinition const& object = mVertexArrayObjects.ValueAt(slot);
+        auto const print = [&](char const* field, unsigned int value) {
+            LogMessage("mVertexArrayObjects[%d].%s: %d", slot, field, static_cast<int>(value));
+        };
+        print("name", object.name);
+        print("boundarraybuffer", object.boundarraybuffer);
+        print("boundelementbuffer", object.boundelementbuffer);
+        print("createdwithextension", object.createdwithextension);
+        auto const& arrays = object.vertexattributearrays;
         for (int i = 0; i < arrays.Count(); ++i)
-            PrintArray(slot, static_cast<int>(arrays.KeyAt(i)), arrays.ValueAt(i));
+            PrintArray(slot, arrays.KeyAt(i), arrays.ValueAt(i));
     }
 }

@@ -25,8 +25,8 @@ protected:
         written.erase(end, written.end());
         return CallsIn(written, nebtrace::Api::Es2);
     }
-    // The markers, and the functions that a test looks for, of both phases at once.
-    Lines Written2And4()
+    // The markers that both phases at once leave.
+    Lines Markers()
     {
         Lines marks;
         for (std::string const& line : Taken())
@@ -41,13 +41,13 @@ TEST_F(RenderStatePhases, CoverTheApisThatWereUsed)
 {
     STraceConfig::m_bEGLUsed = false;
     STraceConfig::m_bES2Used = false;
-    EXPECT_EQ(Lines(), Written2And4());
+    EXPECT_EQ(Lines(), Markers());
     STraceConfig::m_bEGLUsed = true;
-    EXPECT_EQ(Lines({"-- 2", "-- 2"}), Written2And4());
+    EXPECT_EQ(Lines({"-- 2", "-- 2"}), Markers());
     STraceConfig::m_bES2Used = true;
-    EXPECT_EQ(Lines({"-- 2", "-- 2", "-- 4", "-- 4"}), Written2And4());
+    EXPECT_EQ(Lines({"-- 2", "-- 2", "-- 4", "-- 4"}), Markers());
     STraceConfig::m_bEGLUsed = false;
-    EXPECT_EQ(Lines({"-- 4", "-- 4"}), Written2And4());
+    EXPECT_EQ(Lines({"-- 4", "-- 4"}), Markers());
 }
 
 // GLES3, should it be used one day, is covered as GLES2 is.
@@ -56,7 +56,7 @@ TEST_F(RenderStatePhases, CoverGles3AsGles2)
     STraceConfig::m_bEGLUsed = false;
     STraceConfig::m_bES2Used = false;
     STraceConfig::m_bES3Used = true;
-    EXPECT_EQ(Lines({"-- 4", "-- 4"}), Written2And4());
+    EXPECT_EQ(Lines({"-- 4", "-- 4"}), Markers());
     STraceConfig::m_bES3Used = false;
 }
 

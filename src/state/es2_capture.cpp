@@ -1,6 +1,7 @@
 // What a snapshot asks the host for.
 #include "host/hosts.h"
 #include "state/es2_context_state.h"
+#include "state/host_capture.h"
 #include "support/log.h"
 #include "wrappers/host_queries.h"
 #include <algorithm>
@@ -8,24 +9,10 @@
 namespace
 {
 
-// One question: the enumerant, and where its answer goes. The kind of the field says which getter asks.
-struct SFieldOf
-{
-    void* field;
-    int booleans;  // how many bools there are, or 0
-    bool isFloat;
-};
-template <typename T>
-SFieldOf FieldOf(T* field, int count = 1)
-{
-    return {field, std::is_same_v<T, bool> ? count : 0, std::is_same_v<T, float>};
-}
-struct SQuery
-{
-    GLenum name;
-    SFieldOf (*field)(CEs2ContextState& state);
-};
+using HostCapture::Ask;
+using HostCapture::FieldOf;
 using S = CEs2ContextState;
+using SQuery = HostCapture::SQuery<S>;
 
 constexpr SQuery kBeforeCapabilities[] = {
     {GL_BLEND_COLOR, [](S& s) { return FieldOf(s.m_faBlendColor); }},
@@ -75,29 +62,6 @@ constexpr SQuery kBehindShaders[] = {
     {GL_VIEWPORT, [](S& s) { return FieldOf(s.m_iaViewport); }},
 };
 
-void AskBooleans(GLenum name, bool* field, int count)
-{
-    GLboolean values[4] = {};
-    std::copy(field, field + count, values);  // what the host does not answer stays
-    Es2Host()->glGetBooleanv(name, values);
-    std::transform(values, values + count, field, [](GLboolean value) { return value != GL_FALSE; });
-}
-
-template <std::size_t N>
-void Ask(CEs2ContextState& state, SQuery const (&queries)[N])
-{
-    for (SQuery const& query : queries)
-    {
-        SFieldOf const field = query.field(state);
-        if (field.booleans)
-            AskBooleans(query.name, static_cast<bool*>(field.field), field.booleans);
-        else if (field.isFloat)
-            Es2Host()->glGetFloatv(query.name, static_cast<GLfloat*>(field.field));
-        else
-            Es2Host()->glGetIntegerv(query.name, static_cast<GLint*>(field.field));
-    }
-}
-
 GLuint Name(GLenum binding) { return static_cast<GLuint>(Es2::HostInteger(binding)); }
 
 void AskTextureUnits(CEs2ContextState& state)
@@ -116,19 +80,8 @@ void AskTextureUnits(CEs2ContextState& state)
 
 void AskRenderbuffers(CEs2ContextState& state)
 {
-    auto const ask = [](GLenum name, GLint* value) {
-        Es2Host()->glGetRenderbufferParameteriv(GL_RENDERBUFFER, name, value);
-    };
-    for (int slot = 0; slot < state.m_sRenderbuffers.Count(); ++slot)
-    {
-        RBODefinition& renderbuffer = state.m_sRenderbuffers.ValueAt(slot);
-        if (!renderbuffer.firstBind || renderbuffer.name == 0)
-            continue;
-        Es2Host()->glBindRenderbuffer(GL_RENDERBUFFER, renderbuffer.name);
-        ask(GL_RENDERBUFFER_WIDTH, &renderbuffer.width);
-        ask(GL_RENDERBUFFER_HEIGHT, &renderbuffer.height);
-        ask(GL_RENDERBUFFER_INTERNAL_FORMAT, reinterpret_cast<GLint*>(&renderbuffer.internalformat));
-    }
+    HostCapture::AskRenderbuffers(state.m_sRenderbuffers, Es2Host()->glBindRenderbuffer,
+                                  Es2Host()->glGetRenderbufferParameteriv);
     Es2Host()->glBindFramebuffer(GL_FRAMEBUFFER, state.m_iBoundFBO);
     Es2Host()->glBindRenderbuffer(GL_RENDERBUFFER, state.m_iBoundRB);
 }
@@ -150,16 +103,8 @@ void AskShaders(CEs2ContextState& state)
 // On purpose: the host's buffer bindings are left as this loop leaves them.
 void AskMappedBuffers(CEs2ContextState& state)
 {
-    if (!Es2Host()->glMapBufferOES)
-        return;
-    for (int slot = 0; slot < state.m_sBufferDatas.Count(); ++slot)
-    {
-        BufferDefinition& buffer = state.m_sBufferDatas.ValueAt(slot);
-        GLint mapped = 0;
-        Es2Host()->glBindBuffer(buffer.bufferTarget, buffer.bufferName);
-        Es2Host()->glGetBufferParameteriv(buffer.bufferTarget, GL_BUFFER_MAPPED_OES, &mapped);
-        buffer.isMappedOES = mapped == 1;
-    }
+    if (Es2Host()->glMapBufferOES)
+        HostCapture::AskMappedBuffers(*Es2Host(), state.m_sBufferDatas);
 }
 
 void ReportError()
@@ -173,14 +118,14 @@ void ReportError()
 void CEs2ContextState::getRenderState()
 {
     AskTextureUnits(*this);
-    Ask(*this, kBeforeCapabilities);
+    Ask(*Es2Host(), *this, kBeforeCapabilities);
     for (int i = 0; i < kServerStates; ++i)
         m_baServerState[i] = Es2Host()->glIsEnabled(kServerStateNames[i]) != GL_FALSE;
     ReportError();
     AskRenderbuffers(*this);
-    Ask(*this, kBeforeShaders);
+    Ask(*Es2Host(), *this, kBeforeShaders);
     AskShaders(*this);
-    Ask(*this, kBehindShaders);
+    Ask(*Es2Host(), *this, kBehindShaders);
     AskMappedBuffers(*this);
     ReportError();
 }

@@ -33,6 +33,7 @@ void WriteWindows(CEglRenderState& state)
     }
 }
 
+// On purpose: destroyed ones as well, and with the config as the entry has it, a handle or an ID.
 void WriteContexts(CEglRenderState& state)
 {
     for (int slot = 0; slot < state.m_sContexts.Count(); ++slot)

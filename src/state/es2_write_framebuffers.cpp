@@ -97,6 +97,7 @@ int CEs2ContextState::WriteAttachmentState(unsigned int framebuffer, unsigned in
     }
     GLenum const target = kept.cubeface ? kept.cubeface : static_cast<GLenum>(GL_TEXTURE_2D);
     Es2::_glFramebufferTexture2D(GL_FRAMEBUFFER, attachment, target, kept.name, kept.lod);
+    // Without a record there is nothing that says how large the image is: it is left as it is.
     if (TextureDefinition const* const image = FirstImage(textures, kept.name))
         WritePresentImage(framebuffer, kept.name, *image);
     return 1;

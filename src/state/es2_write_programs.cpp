@@ -173,7 +173,8 @@ void WriteProgram(CEs2ContextState& state, ProgramDefinition const& program, Pro
 }  // namespace
 
 // The program in use may differ from its record: it was relinked or given other shaders after glUseProgram,
-// or deleted. It is built as it was when used, and then brought to what its record says.
+// or deleted. It is built as it was when used, and then brought to what its record says. On purpose: with
+// none in use there is no call for that, and the last linked program stays in use.
 void CEs2ContextState::Trace_Programs()
 {
     int const programs = m_sProgramMap.Count();

@@ -140,6 +140,8 @@ void CEs2ContextState::writeAsCalls(bool optimize, bool restoreHost)
     Es2::_glBindFramebuffer(GL_FRAMEBUFFER, m_iBoundFBO);
     if (restoreHost)
     {
+        // On purpose: the renderbuffer's binding is the host's alone; in the trace the last one made stays
+        // bound.
         Es2Host()->glBindFramebuffer(GL_FRAMEBUFFER, m_iBoundFBO);
         Es2Host()->glBindRenderbuffer(GL_RENDERBUFFER, m_iBoundRB);
     }

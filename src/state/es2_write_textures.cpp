@@ -37,7 +37,7 @@ void WriteImage(TextureDefinition& image, bool withParameters)
         Es2::_glTexImage2D(image.textureTarget, image.textureLevel, image.internalformat, image.width,
                            image.height, image.border, image.format, image.type, image.pixels,
                            image.alignment);
-    // On purpose: at once, ahead of the texture's other levels.
+    // On purpose: at once, ahead of the texture's other levels, and by the target of that image.
     if (image.mipsGenerated)
         Es2::_glGenerateMipmap(image.textureTarget);
 }
@@ -50,6 +50,8 @@ void WriteBinding(int unit, GLenum target, GLuint name)
     Es2::_glBindTexture(target, name);
 }
 
+// On purpose: in the order of their upload, whatever faces and levels they are. An image that was uploaded
+// ahead of its texture's first one stands ahead of the binding.
 template <typename Visit>
 void ForEachImage(CEs2ContextState::Textures& textures, Visit visit)
 {

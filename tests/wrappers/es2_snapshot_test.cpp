@@ -213,6 +213,39 @@ TEST_F(Es2Snapshot, KeepsItsContentsFromLaterUploads)
     EXPECT_EQ(std::string::npos, bytes.find("\x9\x9\x9\x9"));
 }
 
+// The next capture has what was uploaded behind the last one, whoever still shared the bytes then.
+TEST_F(Es2Snapshot, ALaterCaptureHasTheLaterContents)
+{
+    auto const expect = [this](std::string const& data) {
+        EXPECT_EQ(Lines({"glBufferData(target = GL_ARRAY_BUFFER, size = 2, data = " + data +
+                         ", usage = GL_STATIC_DRAW)"}),
+                  Only(Write(false), {"glBufferData"}));
+    };
+    GLubyte const later[] = {8, 9};
+    Buffer(GL_ARRAY_BUFFER, 11, {1, 2});
+    Capture();
+    Es2::_glBufferSubData(GL_ARRAY_BUFFER, 1, 1, later);
+    expect("{1, 2}");
+    Capture();
+    expect("{1, 8}");
+    Es2::_glBufferData(GL_ARRAY_BUFFER, 2, later, GL_STATIC_DRAW);
+    Capture();
+    expect("{8, 9}");
+}
+
+// The live state may go with its bytes still shared: the frozen one keeps them.
+TEST_F(Es2Snapshot, OutlivesTheLiveState)
+{
+    Buffer(GL_ARRAY_BUFFER, 11, {1, 2});
+    BindTexture(9);
+    Image(GL_TEXTURE_2D, 0, 7);
+    Capture();
+    Lines const before = Write(false);
+    CTraceRecordManager::DeleteFileStructures();
+    EXPECT_EQ(before, Write(false));
+    CTraceRecordManager::CreateFileStructures();
+}
+
 // Objects that come, change or go between capture and writing do so in the live state alone; with bulk data
 // the bytes are shared, all else is copied.
 TEST_F(Es2Snapshot, IsOfTheMomentOfTheCapture)

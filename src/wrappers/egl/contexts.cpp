@@ -43,6 +43,7 @@ EGLBoolean _eglMakeCurrent(EGLDisplay dpy, EGLSurface draw, EGLSurface read, EGL
         Track::MakeCurrent(ctx);
     if (frame.IsRecording())
     {
+        // On purpose: a context that is not known gets an empty entry by this, the null one too.
         void* const config = Track::ConfigOf(ctx);
         CConfigAttribs attribs;
         frame.Record(dpy, draw, read, ctx, config, Always(AttribList(attribs.Ask(config, dpy))));

@@ -2,6 +2,7 @@
 #include "core/init_order.h"
 #include "platform/platform.h"
 #include "support/log.h"
+#include "support/relaxed.h"
 #include <array>
 #include <cstdlib>
 #include <dlfcn.h>
@@ -88,7 +89,7 @@ void STraceConfig::GetFunctionConfig(int id, SFunctionConfig& config, void const
     config.bGetErrors = m_getErrors;
     config.bSaveCall = GetSaveStatus();
     // On purpose: a comparison, so that m_noCallHost together with a cleared m_bDoNativeCall calls the host.
-    config.bCallHost = m_bDoNativeCall == !m_noCallHost;
+    config.bCallHost = LoadRelaxed(m_bDoNativeCall) == !m_noCallHost;
     config.bSaveFrameBuffer = m_saveFrameBuffer;
     config.bRecordData = m_bRecordData;
     if (m_bProfile)

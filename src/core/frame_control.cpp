@@ -1,30 +1,14 @@
 // Frame control: which calls are recorded, when the state is captured, and when the file ends.
 #include "core/config.h"
+#include "core/snapshot_scope.h"
 #include "core/trace_record_manager.h"
 #include "support/log.h"
+#include "support/relaxed.h"
 #include <cstdlib>
 #include <unistd.h>
 
 namespace
 {
-
-// While this lives, wrapper calls are a snapshot's: recorded, and kept from the host.
-class CSnapshotScope
-{
-public:
-    CSnapshotScope()
-    {
-        STraceConfig::m_bDoNativeCall = false;
-        STraceConfig::m_writingRenderState = true;
-    }
-    ~CSnapshotScope()
-    {
-        STraceConfig::m_bDoNativeCall = true;
-        STraceConfig::m_writingRenderState = false;
-    }
-    CSnapshotScope(CSnapshotScope const&) = delete;
-    CSnapshotScope& operator=(CSnapshotScope const&) = delete;
-};
 
 // Logs a line about the current frame, the first time that the frame is seen at this debug level.
 void LogFrameOnce(int level, char const* format)
@@ -73,14 +57,14 @@ void ExitAfterLastFrame()
 
 bool STraceConfig::UpdateRenderState()
 {
-    return m_bNetworkControl ? m_bDoNativeCall : m_ui32CurrentFrame < m_ui32StartFrame;
+    return m_bNetworkControl ? LoadRelaxed(m_bDoNativeCall) : m_ui32CurrentFrame < m_ui32StartFrame;
 }
 
 bool STraceConfig::GetSaveStatus()
 {
     if (!m_recordEnable || m_bPreventSaving)
         return false;
-    if (!m_bDoNativeCall)
+    if (!LoadRelaxed(m_bDoNativeCall))
         return true;  // a snapshot's own call; also keeps frame control from re-entering itself
     return m_bNetworkControl ? NetworkControl() : OffLineControl();
 }
@@ -115,7 +99,7 @@ bool STraceConfig::OffLineControl()
     return false;
 }
 
-void STraceConfig::DoSwapBuffer() { m_isNewFrame = true; }
+void STraceConfig::DoSwapBuffer() { StoreRelaxed(m_isNewFrame, true); }
 
 void STraceConfig::PreventSaving() { m_bPreventSaving = true; }
 

@@ -1,7 +1,9 @@
 #include "core/trace_block.h"
 #include "core/config.h"
+#include "core/network_control.h"
 #include "core/trace_record_manager.h"
 #include "platform/platform.h"
+#include "support/lasting_mutex.h"
 #include <cstring>
 #include <new>
 #include <pthread.h>
@@ -10,24 +12,10 @@ namespace
 {
 
 // Refuses a relock by its owner with an error instead of blocking: bBusy then tells that a thread came back
-// in while it builds a record. Never destroyed, since calls can arrive after static destruction.
-struct SErrorCheckMutex
+// in while it builds a record.
+CLastingMutex& TraceMutex()
 {
-    pthread_mutex_t mutex;
-    SErrorCheckMutex() { Init(); }
-    void Init()
-    {
-        pthread_mutexattr_t attributes;
-        pthread_mutexattr_init(&attributes);
-        pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_ERRORCHECK);
-        pthread_mutex_init(&mutex, &attributes);
-        pthread_mutexattr_destroy(&attributes);
-    }
-};
-
-SErrorCheckMutex& TraceMutex()
-{
-    static SErrorCheckMutex mutex;
+    static CLastingMutex mutex(PTHREAD_MUTEX_ERRORCHECK);
     return mutex;
 }
 
@@ -209,14 +197,14 @@ void TraceEnterCriticalSection()
 {
     int previous = PTHREAD_CANCEL_ENABLE;
     pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &previous);
-    if (pthread_mutex_lock(&TraceMutex().mutex) == 0)
+    if (TraceMutex().Lock())
         s_cancelState = previous;
 }
 
 void TraceLeaveCriticalSection()
 {
     int const previous = s_cancelState;
-    pthread_mutex_unlock(&TraceMutex().mutex);
+    TraceMutex().Unlock();
     pthread_setcancelstate(previous, nullptr);
 }
 
@@ -246,6 +234,7 @@ static void AfterForkInChild()
         STraceConfig::PreventSaving();
     if (STraceBlockImpl* const block = GetThreadTraceBlock())
         block->threadId = get_id();
+    LeaveNetworkAfterFork();
 }
 
 void WatchForks() { pthread_atfork(TraceEnterCriticalSection, TraceLeaveCriticalSection, AfterForkInChild); }

@@ -33,6 +33,8 @@ static int Run(int argc, char** argv)
     AddDumpCommand(app);
     AddReplayCommand(app);
     AddFramesCommand(app);
+    AddRemoteCommand(app);
+    AddDiscoverCommand(app);
     app.set_version_flag("--version", "nebtrace " NEBTRACE_VERSION);
     for (CLI::App* command : app.get_subcommands({}))
         command->set_version_flag("--version", "nebtrace " NEBTRACE_VERSION);

@@ -54,6 +54,8 @@ void ReportOutcome(Options const& options, std::string const& config, TraceFiles
     fs::path const frontEnds = FrontEndFolder();
     HostLibraries const host = FindHostLibraries(options.host, frontEnds);
     std::string const config = ConfigText(options, host);
+    if (options.network)
+        std::cerr << "nebtrace: recording is up to a client: nebtrace remote ADDRESS record\n";
     TraceFiles const files(ConfigValue(config, "TraceFile").value());
     int code = 0;
     int pid = 0;
@@ -62,7 +64,8 @@ void ReportOutcome(Options const& options, std::string const& config, TraceFiles
         PlacedConfig const placed(fs::current_path() / "nebtrace.cfg", config, options.force);
         code = signals.RunApplication(options.command, frontEnds, pid);
     }
-    if (pid != 0)
+    bool const onDisk = !options.network || !options.output.empty();
+    if (pid != 0 && onDisk)
         ReportOutcome(options, config, files);
     throw ExitWith{code};
 }
@@ -85,12 +88,19 @@ void AddRecordCommand(CLI::App& app, std::vector<std::string> const& application
                     "  nebtrace record --frames 10-19 -o gears.nebt -- es2gears_x11 -fullscreen");
     command->add_option("-o,--output", options->output,
                         "The trace file; %pid in it becomes the process ID (default trace.nebt)");
-    command->add_option("--frames", *frames, "Record these frames only: A-B or N")
-        ->check(record::CheckFrames);
+    CLI::Option* const range = command->add_option("--frames", *frames, "Record these frames only: A-B or N")
+                                   ->check(record::CheckFrames);
     command->add_flag("--no-data", options->noData, "Leave the contents of arrays out");
     command->add_flag("--save-frames", options->saveFrames, "Keep the pixels of each frame");
     command->add_flag("--optimize", options->optimize, "Keep only the state that the frames use");
     command->add_flag("--profile", options->profile, "Profile instead of recording");
+    CLI::Option* const network =
+        command
+            ->add_flag("--network", options->network,
+                       "Let a client record over the network; with -o into a file here as well")
+            ->excludes(range);
+    command->add_flag("--wait", options->networkWait, "Hold the application until a client lets it go on")
+        ->needs(network);
     command->add_option("--config", options->config, "Start from this configuration file")
         ->check(CLI::ExistingFile);
     command->add_flag("--force", options->force, "Set an existing nebtrace.cfg aside for the run");

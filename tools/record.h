@@ -34,6 +34,8 @@ struct Options
     bool optimize = false;
     bool profile = false;
     bool force = false;
+    bool network = false;  // a client records, over the network
+    bool networkWait = false;
     int verbosity = 0;
     std::string config;  // empty if not given
     HostLibraries host;  // empty where not given

@@ -112,6 +112,20 @@ Config BaseConfig(std::string const& file)
     return Config(stream);
 }
 
+// The other keys of the network count only behind the first. A file here is written if one was asked for.
+void SetNetwork(Config& config, Options const& options)
+{
+    config.Set("Network", 1);
+    config.Set("NetworkSendData", 1);
+    if (options.networkWait)
+        config.Set("NetworkWait", 1);
+    if (options.output.empty())
+        config.Set("SaveFileToDisk", 0);
+    // Over the network the state is cut down unless it is said otherwise.
+    if (!options.optimize)
+        config.SetIfMissing("OptimizeRS", "0");
+}
+
 void PlaceHost(Config& config, char const* key, std::string const& given, std::string const& found)
 {
     if (!given.empty())
@@ -148,6 +162,8 @@ std::string ConfigText(Options const& options, HostLibraries const& host)
         config.Set("OptimizeRS", 1);
     if (options.profile)
         config.Set("Profile", 1);
+    if (options.network)
+        SetNetwork(config, options);
     if (options.verbosity > 0)
         config.Set("DebugInfo", options.verbosity);
     return config.Text();

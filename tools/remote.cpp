@@ -1,0 +1,272 @@
+// `nebtrace remote`: records from a running application over the network, and holds and releases it.
+#include "commands.h"
+#include "record.h"
+#include "remote/progress.h"
+#include "remote/session.h"
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <poll.h>
+#include <unistd.h>
+
+namespace remote
+{
+namespace
+{
+struct Options
+{
+    std::string address;
+    std::string output = "trace.nebt";
+    uint64_t frames = 0;  // 0: no limit
+    double seconds = 0;   // 0: no limit
+    bool untilEnter = false;
+    unsigned times = 1;
+    bool wait = false;
+    unsigned timeout = 10;  // seconds
+};
+
+// Whether Enter was pressed, or there is no more input to wait for it in.
+bool EnterPressed()
+{
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    char text[256];
+    return poll(&input, 1, 0) > 0 && read(STDIN_FILENO, text, sizeof text) >= 0;
+}
+
+bool IsHeld(State state) { return state == State::Waiting || state == State::Held; }
+
+// Connected, and with a first word on the application's state.
+class Client
+{
+public:
+    explicit Client(Options const& options)
+        : m_address(ParseAddress(options.address).value()),
+          m_session(Connect(m_address, options.wait), std::chrono::seconds(options.timeout))
+    {
+        // Who waits for an application to come up also waits for its first call.
+        while (options.wait && !m_session.KnowsState() && !Interrupted())
+            m_session.Listen(kSlice);
+        if (!m_session.KnowsState())
+            m_session.AwaitState();
+    }
+
+    Session& operator*() { return m_session; }
+    Session* operator->() { return &m_session; }
+    void Say(std::string const& what) const
+    {
+        std::printf("%s: %s\n", m_address.Text().c_str(), what.c_str());
+        std::fflush(stdout);
+    }
+
+private:
+    InterruptWatch m_watch;
+    Address m_address;
+    Session m_session;
+};
+
+// FILE, FILE-2, FILE-3 ahead of the ending.
+std::string NumberedFile(std::string const& file, unsigned number)
+{
+    if (number == 1)
+        return file;
+    std::filesystem::path path = file;
+    path.replace_filename(path.stem().string() + "-" + std::to_string(number) + path.extension().string());
+    return path.string();
+}
+
+class Recording
+{
+public:
+    Recording(Client& client, Options const& options, std::string file)
+        : m_client(client), m_options(options), m_stream(std::move(file))
+    {
+    }
+
+    void Run();
+
+private:
+    void Begin();
+    bool IsOver() const;
+    void End();
+    void Report();
+
+    Client& m_client;
+    Options const& m_options;
+    TraceStream m_stream;
+    Clock::time_point m_began;
+};
+
+// An application that is held takes no start: it is let go on first. What another client began and did not
+// end is ended, and is not this recording's.
+void Recording::Begin()
+{
+    if (m_client->LastState() == State::Recording)
+    {
+        m_client.Say("a recording is on that another client began: it is stopped and dropped");
+        m_client->Do(Command::Stop);
+        m_client->Await([&] { return m_client->LastState() != State::Recording; },
+                        "the other recording did not end");
+    }
+    if (IsHeld(m_client->LastState()))
+        m_client->Do(Command::Resume);
+    m_client->Divert(&m_stream);
+    m_client->Do(Command::Start);
+    m_began = Clock::now();
+}
+
+bool Recording::IsOver() const
+{
+    bool const enough = m_options.frames != 0 && m_stream.Frames() >= m_options.frames;
+    bool const late = m_options.seconds != 0 &&
+                      std::chrono::duration<double>(Clock::now() - m_began).count() >= m_options.seconds;
+    return enough || late || Interrupted() || !m_stream.Gap().empty() ||
+           (m_options.untilEnter && EnterPressed());
+}
+
+// The recorder acknowledges first, and then writes the state and the footer.
+void Recording::End()
+{
+    m_client->Do(Command::Stop);
+    uint64_t const states = m_client->StatesSeen() + 1;
+    m_client->Await(
+        [&] {
+            bool const over = m_client->StatesSeen() > states && m_client->LastState() == State::Running;
+            return m_stream.AtFooter() || over;
+        },
+        "the end of the recording did not come");
+}
+
+void Recording::Report()
+{
+    m_client->Divert(nullptr);
+    m_stream.Close();
+    std::printf("%s\n", record::Summarize(m_stream.Path()).line.c_str());
+    if (m_client->Repeated() != 0)
+        m_client.Say(std::to_string(m_client->Repeated()) + " packets were cut off and sent again");
+    if (!m_stream.Gap().empty())
+        throw CommandFailed(m_stream.Path() + ": " + m_stream.Gap());
+}
+
+void Recording::Run()
+{
+    bool lost = false;
+    try
+    {
+        Progress progress(m_stream.Path());
+        for (Begin(); !IsOver(); m_client->Listen(kSlice))
+            progress.Show(m_client->LastState(), m_stream);
+        End();
+        progress.Show(m_client->LastState(), m_stream);
+    } catch (CommandFailed const& failed)
+    {
+        // An application that ends writes the recording's end on its way.
+        lost = !m_stream.AtFooter();
+        m_client.Say(failed.what());
+    }
+    Report();
+    if (lost)
+        throw CommandFailed(m_stream.Path() + " has no end: it holds what came until then");
+}
+
+void Record(Options const& options)
+{
+    if (!ParseAddress(options.address))
+        throw CLI::ValidationError("an address is HOST or HOST:PORT: " + options.address);
+    Client client(options);
+    for (unsigned number = 1; number <= options.times && !Interrupted(); ++number)
+        Recording(client, options, NumberedFile(options.output, number)).Run();
+}
+
+void ShowStatus(Options const& options)
+{
+    Client client(options);
+    client.Say(StateName(client->LastState()));
+}
+
+// The hold ends with the connection, so that no client that dies leaves an application behind that hangs.
+void Pause(Options const& options)
+{
+    Client client(options);
+    client->Do(Command::Pause);
+    client.Say(options.seconds != 0 ? "held" : "held; Enter lets it go on");
+    Clock::time_point const began = Clock::now();
+    auto const isOver = [&] {
+        std::chrono::duration<double> const since = Clock::now() - began;
+        return options.seconds != 0 ? since.count() >= options.seconds : EnterPressed();
+    };
+    while (!isOver() && !Interrupted())
+        client->Listen(kSlice);
+    client->Do(Command::Resume);
+    client.Say("goes on");
+}
+
+void Resume(Options const& options)
+{
+    Client client(options);
+    client->Do(Command::Resume);
+    client.Say("goes on");
+}
+
+void Stop(Options const& options)
+{
+    Client client(options);
+    if (client->LastState() != State::Recording)
+        throw CommandFailed("no recording is on: the application is " +
+                            std::string(StateName(client->LastState())));
+    client->Do(Command::Stop);
+    client->Await([&] { return client->LastState() != State::Recording; }, "the recording did not end");
+    client.Say("the recording is stopped");
+}
+
+void AddRecord(CLI::App& remote, std::shared_ptr<Options> const& options)
+{
+    CLI::App* const command = remote.add_subcommand("record", "Record until told to stop, into a file here");
+    command->add_option("-o,--output", options->output, "The trace file (default trace.nebt)");
+    CLI::Option* const frames =
+        command->add_option("--frames", options->frames, "Stop when this many frames have come")
+            ->check(CLI::PositiveNumber);
+    CLI::Option* const seconds = command->add_option("--seconds", options->seconds, "Stop after this time")
+                                     ->check(CLI::PositiveNumber)
+                                     ->excludes(frames);
+    command->add_flag("--until-enter", options->untilEnter, "Stop when Enter is pressed, or input ends")
+        ->excludes(frames)
+        ->excludes(seconds);
+    command
+        ->add_option("--times", options->times,
+                     "Record as often, one after the other, into FILE, FILE-2, ...")
+        ->check(CLI::Range(1, 1000));
+    command->footer("Without a limit it records until Ctrl-C, or until the application ends.");
+    command->callback([options] { Record(*options); });
+}
+}  // namespace
+}  // namespace remote
+
+void AddRemoteCommand(CLI::App& app)
+{
+    auto const options = std::make_shared<remote::Options>();
+    CLI::App* const command =
+        app.add_subcommand("remote", "Record from an application that runs under the recorder's server");
+    command->add_option("address", options->address, "HOST or HOST:PORT of the application")
+        ->required()
+        ->check([](std::string const& text) {
+            return remote::ParseAddress(text) ? std::string() : "an address is HOST or HOST:PORT: " + text;
+        });
+    command->add_flag("--wait", options->wait, "Try again until the application is up");
+    command->add_option("--timeout", options->timeout, "Seconds to wait for an answer (default 10)")
+        ->check(CLI::Range(1, 3600));
+    command->require_subcommand(1);
+    command->fallthrough();
+    remote::AddRecord(*command, options);
+    command->add_subcommand("status", "Tell whether it runs, records, or is held")->callback([options] {
+        remote::ShowStatus(*options);
+    });
+    CLI::App* const pause = command->add_subcommand("pause", "Hold it until Enter is pressed");
+    pause->add_option("--seconds", options->seconds, "Hold it for this time instead")
+        ->check(CLI::PositiveNumber);
+    pause->callback([options] { remote::Pause(*options); });
+    command->add_subcommand("resume", "Let an application go on that waits for a client")
+        ->callback([options] { remote::Resume(*options); });
+    command->add_subcommand("stop", "End a recording that another client has left on")->callback([options] {
+        remote::Stop(*options);
+    });
+}

@@ -1,0 +1,132 @@
+#include "tools/remote/packets.h"
+#include <algorithm>
+#include <cstdio>
+
+namespace remote
+{
+namespace
+{
+constexpr uint8_t kFirst = 0x08;
+constexpr uint8_t kSecond = 0x44;
+constexpr uint8_t kData = 0x31;
+constexpr uint8_t kStatus = 0x32;
+constexpr uint8_t kAcknowledge = 0x21;
+constexpr uint8_t kDataEnd = 0x25;
+constexpr size_t kDataHead = 5;
+constexpr size_t kShortPacket = 6;
+constexpr size_t kLargestPayload = 65536;
+
+std::string Hex(uint8_t byte)
+{
+    char text[8];
+    std::snprintf(text, sizeof text, "0x%02x", byte);
+    return text;
+}
+}  // namespace
+
+char const* CommandName(Command command)
+{
+    switch (command)
+    {
+    case Command::Start:
+        return "start";
+    case Command::Stop:
+        return "stop";
+    case Command::Resume:
+        return "resume";
+    default:
+        return "pause";
+    }
+}
+
+char const* StateName(State state)
+{
+    switch (state)
+    {
+    case State::Waiting:
+        return "waiting for its client";
+    case State::Recording:
+        return "recording";
+    case State::Running:
+        return "running";
+    case State::Held:
+        return "held";
+    default:
+        return "unknown";
+    }
+}
+
+void PacketReader::Feed(uint8_t const* data, size_t size)
+{
+    m_bytes.insert(m_bytes.end(), data, data + size);
+}
+
+// 0 while the first bytes do not tell.
+size_t PacketReader::PacketSize() const
+{
+    if (m_bytes.size() < kDataHead)
+        return 0;
+    if (m_bytes[2] != kData)
+        return kShortPacket;
+    size_t const length = m_bytes[3] + size_t{m_bytes[4]} * 256;
+    return kDataHead + (length == 0 ? kLargestPayload : length) + 1;
+}
+
+// What came of a packet, and then the packet from its start, begins with itself at the place of the break.
+// The whole head stands there, or as much of it as has come.
+bool PacketReader::DropBrokenPiece(size_t size)
+{
+    auto const begin = m_bytes.begin();
+    auto const end = begin + static_cast<std::ptrdiff_t>(size);
+    for (auto again = std::search(begin + 1, end, begin, begin + kDataHead); again != end;
+         again = std::search(again + 1, end, begin, begin + kDataHead))
+        if (std::equal(again, end, begin))
+        {
+            m_bytes.erase(begin, again);
+            ++m_repeated;
+            return true;
+        }
+    for (size_t left = std::min(kDataHead - 1, size - 1); left > 0; --left)
+        if (m_bytes[size - 1] != kDataEnd && std::equal(end - static_cast<std::ptrdiff_t>(left), end, begin))
+        {
+            m_bytes.erase(begin, end - static_cast<std::ptrdiff_t>(left));
+            ++m_repeated;
+            return true;
+        }
+    return false;
+}
+
+bool PacketReader::Next(Packet& packet)
+{
+    size_t size = PacketSize();
+    while (m_fault.empty() && size != 0 && m_bytes.size() >= size)
+    {
+        if (m_bytes[0] != kFirst || m_bytes[1] != kSecond)
+            m_fault = "no packet begins with " + Hex(m_bytes[0]) + " " + Hex(m_bytes[1]);
+        else if (m_bytes[2] != kData && m_bytes[2] != kStatus && m_bytes[2] != kAcknowledge)
+            m_fault = "there is no packet of kind " + Hex(m_bytes[2]);
+        else if (m_bytes[2] == kData && DropBrokenPiece(size))
+        {
+            size = PacketSize();
+            continue;
+        }
+        else if (m_bytes[2] == kData && m_bytes[size - 1] != kDataEnd)
+            m_fault = "a packet of data ends with " + Hex(m_bytes[size - 1]);
+        if (!m_fault.empty())
+            return false;
+        auto const begin = m_bytes.begin();
+        auto const end = begin + static_cast<std::ptrdiff_t>(size);
+        bool const isData = m_bytes[2] == kData;
+        packet.kind = isData                  ? Packet::Kind::Data
+                      : m_bytes[2] == kStatus ? Packet::Kind::Status
+                                              : Packet::Kind::Acknowledge;
+        packet.value = m_bytes[3];
+        packet.payload.clear();
+        if (isData)
+            packet.payload.assign(begin + kDataHead, end - 1);
+        m_bytes.erase(begin, end);
+        return true;
+    }
+    return false;
+}
+}  // namespace remote

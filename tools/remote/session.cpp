@@ -1,0 +1,108 @@
+#include "tools/remote/session.h"
+#include "tools/commands.h"
+#include <algorithm>
+#include <csignal>
+#include <thread>
+
+namespace remote
+{
+namespace
+{
+constexpr std::chrono::milliseconds kRetry{200};
+
+volatile std::sig_atomic_t g_interrupted = 0;
+
+extern "C" void OnInterrupt(int)
+{
+    g_interrupted = 1;
+    std::signal(SIGINT, SIG_DFL);
+}
+}  // namespace
+
+InterruptWatch::InterruptWatch()
+{
+    g_interrupted = 0;
+    // Without SA_RESTART, so that waits end.
+    struct sigaction action = {};
+    action.sa_handler = OnInterrupt;
+    sigaction(SIGINT, &action, nullptr);
+}
+
+InterruptWatch::~InterruptWatch() { std::signal(SIGINT, SIG_DFL); }
+
+bool Interrupted() { return g_interrupted != 0; }
+
+std::unique_ptr<Connection> Connect(Address const& address, bool wait)
+{
+    std::string error;
+    for (;;)
+    {
+        if (std::unique_ptr<Connection> connection = Connection::Open(address, error))
+            return connection;
+        if (!wait || Interrupted())
+            throw CommandFailed("cannot connect to " + address.Text() + ": " + error);
+        std::this_thread::sleep_for(kRetry);
+    }
+}
+
+void Session::Take(Packet const& packet)
+{
+    switch (packet.kind)
+    {
+    case Packet::Kind::Data:
+        if (m_stream)
+            m_stream->Add(packet.payload);
+        else
+            m_dropped += packet.payload.size();
+        break;
+    case Packet::Kind::Status:
+        m_state = static_cast<State>(packet.value);
+        ++m_states;
+        break;
+    case Packet::Kind::Acknowledge:
+        m_acknowledged = packet.value;
+        break;
+    }
+}
+
+void Session::Listen(std::chrono::milliseconds time)
+{
+    bool const open = m_connection->Receive(static_cast<int>(time.count()));
+    for (Packet packet; m_connection->Next(packet);)
+        Take(packet);
+    if (!m_connection->Fault().empty())
+        throw CommandFailed("the stream has lost its step: " + m_connection->Fault());
+    if (!open)
+        throw CommandFailed("connection lost: " + m_connection->Error());
+}
+
+void Session::FailForSilence(std::string const& what) const
+{
+    throw CommandFailed(what + " within " + std::to_string(m_patience.count() / 1000) +
+                        " s: the application answers from within its EGL and OpenGL ES calls");
+}
+
+State Session::AwaitState()
+{
+    uint64_t const before = m_states;
+    Await([&] { return m_states != before; }, "no word from the application");
+    return m_state;
+}
+
+void Session::Do(Command command)
+{
+    m_acknowledged = 0;
+    if (!m_connection->Send(command))
+        throw CommandFailed("connection lost: " + m_connection->Error());
+    Await([&] { return m_acknowledged == static_cast<uint8_t>(command); },
+          std::string(CommandName(command)) + " was not acknowledged");
+}
+
+uint64_t Session::Divert(TraceStream* stream)
+{
+    m_stream = stream;
+    uint64_t const dropped = m_dropped;
+    m_dropped = 0;
+    return dropped;
+}
+}  // namespace remote

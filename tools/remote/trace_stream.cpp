@@ -1,0 +1,117 @@
+#include "tools/remote/trace_stream.h"
+#include "tools/commands.h"
+#include "trace/bytes.h"
+#include "trace/format.h"
+#include "trace/layout.h"
+#include <algorithm>
+#include <cstring>
+
+using namespace nebtrace;
+
+namespace remote
+{
+namespace
+{
+constexpr size_t kPositionOffset = 2;  // in the footer
+
+bool IsMarker(uint16_t id) { return id == kEglStateId || id == kEs1StateId || id == kEs2StateId; }
+
+bool IsRecord(uint16_t id, uint32_t size)
+{
+    if (IsMarker(id))
+        return size == 0;
+    if (id == kThreadChangeId)
+        return size == kThreadChangeSize;
+    return FindRecord(Api::Any, id) != nullptr;
+}
+}  // namespace
+
+TraceStream::TraceStream(std::string path) : m_path(std::move(path))
+{
+    if (m_path.empty())
+        return;
+    m_file.open(m_path, std::ios::binary | std::ios::trunc);
+    if (!m_file)
+        throw CommandFailed("cannot write " + m_path);
+}
+
+void TraceStream::Add(std::vector<uint8_t> const& bytes)
+{
+    m_bytes += bytes.size();
+    if (m_file.is_open() && !m_file.write(reinterpret_cast<char const*>(bytes.data()),
+                                          static_cast<std::streamsize>(bytes.size())))
+        throw CommandFailed("cannot write " + m_path);
+    if (!m_gap.empty())
+        return;
+    size_t const skipped = static_cast<size_t>(std::min<uint64_t>(m_skip, bytes.size()));
+    m_skip -= skipped;
+    m_offset += skipped;
+    m_pending.insert(m_pending.end(), bytes.begin() + static_cast<std::ptrdiff_t>(skipped), bytes.end());
+    while (m_gap.empty() && Step())
+    {
+    }
+}
+
+void TraceStream::Close()
+{
+    if (!m_file.is_open())
+        return;
+    m_file.close();
+    if (m_file.fail())
+        throw CommandFailed("cannot write " + m_path);
+}
+
+// Takes what stands first, if it is there as far as it must be; false when more bytes are needed.
+bool TraceStream::Step()
+{
+    size_t const needed = m_pastHeader ? kRecordHeaderSize : kHeaderSize;
+    if (m_skip != 0 || m_pending.size() < needed || AtFooter())
+        return false;
+    uint64_t const before = m_offset;
+    if (m_pastHeader)
+        TakeRecord();
+    else
+        TakeHeader();
+    size_t const taken = static_cast<size_t>(std::min<uint64_t>(m_offset - before, m_pending.size()));
+    m_skip = m_offset - before - taken;
+    m_offset = before + taken;
+    m_pending.erase(m_pending.begin(), m_pending.begin() + static_cast<std::ptrdiff_t>(taken));
+    return true;
+}
+
+void TraceStream::TakeHeader()
+{
+    if (std::memcmp(m_pending.data(), kMagic, kMagicSize) != 0)
+        return SetGap("the beginning of the trace is missing");
+    m_pastHeader = true;
+    m_offset += kHeaderSize;
+}
+
+void TraceStream::TakeRecord()
+{
+    uint32_t const size = LoadU32(m_pending.data());
+    uint16_t const id = static_cast<uint16_t>(m_pending[4] | (m_pending[5] << 8));
+    if (!IsRecord(id, size))
+        return SetGap("bytes are missing ahead of offset " + std::to_string(m_offset));
+    m_frames += id == kSwapBuffersId ? 1 : 0;
+    if (IsMarker(id))
+        m_states.insert(m_offset);
+    m_offset += kRecordHeaderSize + uint64_t{size};
+}
+
+bool TraceStream::AtFooter() const
+{
+    if (!m_pastHeader || m_skip != 0 || m_pending.size() != kFooterSize || m_pending[0] != kFooterFirst ||
+        m_pending[1] != kFooterSecond)
+        return false;
+    uint64_t const position = LoadU32(m_pending.data() + kPositionOffset) |
+                              uint64_t{LoadU32(m_pending.data() + kPositionOffset + 4)} << 32;
+    return position == 0 || m_states.count(position) != 0;
+}
+
+void TraceStream::SetGap(std::string const& what)
+{
+    m_gap = what;
+    m_pending.clear();
+}
+}  // namespace remote

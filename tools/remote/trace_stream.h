@@ -1,0 +1,47 @@
+// The trace that comes in over a connection: written to its file as it is, and walked on the way, so that the
+// client can count frames and knows where it stands.
+#pragma once
+#include <cstdint>
+#include <fstream>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace remote
+{
+class TraceStream
+{
+public:
+    // An empty path keeps nothing. Throws CommandFailed when the file cannot be written.
+    explicit TraceStream(std::string path);
+
+    // Throws CommandFailed when the disk is full.
+    void Add(std::vector<uint8_t> const& bytes);
+    void Close();
+
+    std::string const& Path() const { return m_path; }
+    uint64_t Bytes() const { return m_bytes; }
+    uint64_t Frames() const { return m_frames; }
+    // Whether what came last is the end of a recording: nothing but its footer stands behind the last record.
+    bool AtFooter() const;
+    // What cannot be part of a trace, and where: bytes are missing ahead of it. Empty while all is well.
+    std::string const& Gap() const { return m_gap; }
+
+private:
+    bool Step();
+    void TakeHeader();
+    void TakeRecord();
+    void SetGap(std::string const& what);
+
+    std::string m_path;
+    std::ofstream m_file;
+    std::vector<uint8_t> m_pending;  // from the beginning of a header or record on
+    uint64_t m_bytes = 0;
+    uint64_t m_offset = 0;  // of what is pending
+    uint64_t m_skip = 0;    // bytes of a payload that are still to come
+    uint64_t m_frames = 0;
+    bool m_pastHeader = false;
+    std::set<uint64_t> m_states;  // offsets of the markers of a captured state
+    std::string m_gap;
+};
+}  // namespace remote

@@ -1,7 +1,7 @@
 #include "state/vertex_attribs_handler.h"
+#include "api/es1_enums.h"
 #include "api/types.h"
 #include "support/log.h"
-#include "wrappers/es1_enums.h"
 #include <algorithm>
 #include <iterator>
 

@@ -1,6 +1,6 @@
 #include "wrappers/sizing.h"
+#include "api/es1_enums.h"
 #include "api/types.h"
-#include "wrappers/es1_enums.h"
 
 using namespace Es1Enum;
 

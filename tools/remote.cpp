@@ -174,7 +174,12 @@ void Record(Options const& options)
         throw CLI::ValidationError("an address is HOST or HOST:PORT: " + options.address);
     Client client(options);
     for (unsigned number = 1; number <= options.times && !Interrupted(); ++number)
+    {
+        // What it last said of its state is from before the end of the recording.
+        if (number > 1)
+            client->AwaitState();
         Recording(client, options, NumberedFile(options.output, number)).Run();
+    }
 }
 
 void ShowStatus(Options const& options)

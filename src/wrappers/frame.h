@@ -60,6 +60,7 @@ public:
     CFrameCore(CFrameCore const&) = delete;
     CFrameCore& operator=(CFrameCore const&) = delete;
 
+    uint16_t Id() const { return m_call.id; }
     bool IsTimed() const { return m_config.pStopwatch != nullptr; }
     bool IsRecording() const { return m_config.bSaveCall; }
     bool RecordsData() const { return m_config.bRecordData; }
@@ -184,6 +185,9 @@ public:
     {
         m_result.value = static_cast<R>(result);
     }
+
+    // Fetching it marks the API as used: for a wrapper that has called, or is about to call, the host.
+    static Host* Table() { return SHostOf<Host>::Table(); }
 
     // The host's function is there; asked only when the host is to be called, since fetching a table has
     // side effects.

@@ -1,6 +1,8 @@
 // GLES1 wrappers: buffers.
 #include "wrappers/calls.h"
+#include "wrappers/element_buffers.h"
 #include "wrappers/mapped_copy.h"
+#include "wrappers/track_contents.h"
 
 namespace Es1
 {
@@ -9,17 +11,31 @@ void _glBindBuffer(GLenum target, GLuint buffer) { Trace(Calls::glBindBuffer, ta
 
 void _glBufferData(GLenum target, GLsizeiptr size, const void* data, GLenum usage)
 {
-    Trace(Calls::glBufferData, target, size, Bytes(data, ByteCount(size)), usage);
+    CFrame frame(Calls::glBufferData, target, size, data, usage);
+    frame.CallHost();
+    if (frame.SucceededWithData())
+        ElementBuffers.Define(target, size, data);
+    frame.Record(target, size, Bytes(data, ByteCount(size)), usage);
 }
 
 void _glBufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, const void* data)
 {
-    Trace(Calls::glBufferSubData, target, offset, size, Bytes(data, ByteCount(size)));
+    CFrame frame(Calls::glBufferSubData, target, offset, size, data);
+    frame.CallHost();
+    if (frame.SucceededWithData())
+        ElementBuffers.Update(target, offset, size, data);
+    frame.Record(target, offset, size, Bytes(data, ByteCount(size)));
 }
 
 void _glDeleteBuffers(GLsizei n, const GLuint* buffers)
 {
-    Trace(Calls::glDeleteBuffers, n, InArray(buffers, n));
+    CFrame frame(Calls::glDeleteBuffers, n, buffers);
+    frame.CallHost();
+    // On purpose: GLES2 keeps its copies, so that a name given out again has the old bytes until it is
+    // filled.
+    if (frame.Succeeded())
+        TrackContents::ForEachName(n, buffers, [](GLuint name) { BufferList.RemoveObject(name); });
+    frame.Record(n, InArray(buffers, n));
 }
 
 void _glGetBufferParameteriv(GLenum target, GLenum pname, GLint* params)

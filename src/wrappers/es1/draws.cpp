@@ -1,23 +1,53 @@
 // GLES1 wrappers: draw calls.
+#include "wrappers/draws.h"
+#include "state/vertex_attribs_handler.h"
 #include "wrappers/calls.h"
-#include "wrappers/host_queries.h"
-#include "wrappers/index_data.h"
+#include "wrappers/es1/client_arrays.h"
 
 namespace Es1
 {
 
+namespace
+{
+
+// The client arrays of VAHandler, which knows neither array objects nor contexts.
+struct SArrays
+{
+    static constexpr char const* kNoPointer =
+        "Es1Trace::_glDrawElements error trying to save VertexAttrib: No data pointer";
+
+    static GLint Most() { return static_cast<GLint>(VAHandler.GetMaxVertexAttribs()); }
+    static SElementBuffers const& Elements() { return ElementBuffers; }
+
+    template <typename Visit>
+    static void ForEach(Visit visit)
+    {
+        CVertexAttribsHandler::SAttrib const* const arrays = VAHandler.GetVertAttribs(0);
+        for (uint32_t slot = 0; arrays && slot < VAHandler.attribCount; ++slot)
+        {
+            CVertexAttribsHandler::SAttrib const& array = arrays[slot];
+            if (array.enabled && array.arrayBuffer == 0)
+                visit({slot, array.size, array.type, array.stride, array.pointer});
+        }
+    }
+
+    static bool IsReadByHost(SClientArray const& array) { return HostReadsClientArray(array); }
+};
+
+}  // namespace
+
 void _glDrawArrays(GLenum mode, GLint first, GLsizei count)
 {
-    Trace(Calls::glDrawArrays, mode, first, count);
+    CFrame frame(Calls::glDrawArrays, mode, first, count);
+    frame.CallHost();
+    RecordDrawArrays<SArrays>(frame, mode, first, count);
 }
 
 void _glDrawElements(GLenum mode, GLsizei count, GLenum type, const void* indices)
 {
     CFrame frame(Calls::glDrawElements, mode, count, type, indices);
     frame.CallHost();
-    bool const inBuffer =
-        frame.IsRecording() && frame.RecordsData() && HostInteger(GL_ELEMENT_ARRAY_BUFFER_BINDING) != 0;
-    frame.Record(mode, count, type, IndexData(indices, count, type, inBuffer));
+    RecordDrawElements<SArrays>(frame, mode, {count, type, indices});
 }
 
 void _glMultiDrawElementsEXT(GLenum mode, const GLsizei* count, GLenum type, const void* const* indices,

@@ -12,8 +12,10 @@ void _glReadPixels(GLint x, GLint y, GLsizei width, GLsizei height, GLenum forma
     frame.CallHost();
     // On purpose: a pack operation measured with the unpack alignment, here and in its kin.
     GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
-    frame.Record(x, y, width, height, format, type,
-                 Bytes(pixels, GlImage2DSize(format, type, width, height, alignment, 0)), alignment);
+    CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
+                             Layout2D(format, type, width, height, alignment, 0), HostInteger,
+                             GL_PACK_ALIGNMENT);
+    frame.Record(x, y, width, height, format, type, ImageBytes(pixels, image), alignment);
 }
 
 void _glDiscardFramebufferEXT(GLenum target, GLsizei numAttachments, const GLenum* attachments)
@@ -112,11 +114,14 @@ void _glReadnPixelsEXT(GLint x, GLint y, GLsizei width, GLsizei height, GLenum f
         return;
     // On purpose: the one extension record without an API byte; it leaves bufSize out, and an error gives it
     // its short form.
-    CTraceBlock block(Calls::glReadnPixelsEXT.id);
+    bool const withData = frame.RecordsData() && error == GL_NO_ERROR;
     GLint const alignment = HostInteger(GL_UNPACK_ALIGNMENT);
+    CPaddedImage const image(withData ? data : nullptr, Layout2D(format, type, width, height, alignment, 0),
+                             HostInteger, GL_PACK_ALIGNMENT);
+    CTraceBlock block(frame.Id());
     AppendU32(block, error);
-    AppendFields(block, {frame.RecordsData() && error == GL_NO_ERROR, false}, x, y, width, height, format,
-                 type, Bytes(data, GlImage2DSize(format, type, width, height, alignment, 0)), alignment);
+    AppendFields(block, {withData, false}, x, y, width, height, format, type, ImageBytes(data, image),
+                 alignment);
 }
 
 void _glRenderbufferStorageMultisampleNBX(GLenum target, GLsizei samples, GLenum internalformat,

@@ -67,9 +67,13 @@ void _glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei wid
     CFrame frame(Calls::glTexImage2D, target, level, internalformat, width, height, border, format, type,
                  pixels);
     frame.CallHost();
+    // A snapshot's pixels are a record's own bytes, as many as this alignment makes of its image.
     GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
+    CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
+                             Layout2D(format, type, width, height, alignment, border),
+                             frame.HostRan() ? HostInteger : nullptr, GL_UNPACK_ALIGNMENT);
     frame.Record(target, level, internalformat, width, height, border, format, type,
-                 Bytes(pixels, GlImage2DSize(format, type, width, height, alignment, border)), alignment);
+                 ImageBytes(pixels, image), alignment);
 }
 
 void _glTexParameterf(GLenum target, GLenum pname, GLfloat param)
@@ -108,9 +112,13 @@ void _glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, 
     CFrame frame(Calls::glTexSubImage2D, target, level, xoffset, yoffset, width, height, format, type,
                  pixels);
     frame.CallHost();
-    GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
-    frame.Record(target, level, xoffset, yoffset, width, height, format, type,
-                 Bytes(pixels, GlImage2DSize(format, type, width, height, alignment, 0)), alignment);
+    // The tracker copies rows as the application has them, the record measures them as the driver reads them.
+    GLint const alignment = frame.UsesData() || frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
+    CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
+                             Layout2D(format, type, width, height, alignment, 0),
+                             frame.HostRan() ? HostInteger : nullptr, GL_UNPACK_ALIGNMENT);
+    frame.Record(target, level, xoffset, yoffset, width, height, format, type, ImageBytes(pixels, image),
+                 alignment);
 }
 
 void _glGenerateMipmapOES(GLenum target) { Trace(Calls::glGenerateMipmapOES, target); }

@@ -1,6 +1,7 @@
 // GLES2 wrappers: buffers.
 #include "support/log.h"
 #include "wrappers/calls.h"
+#include "wrappers/element_buffers.h"
 #include "wrappers/es2/track.h"
 #include "wrappers/mapped_copy.h"
 
@@ -24,7 +25,7 @@ void _glBufferData(GLenum target, GLsizeiptr size, const void* data, GLenum usag
     if (frame.MayTrackData())
         Track::BufferData(target, size, data, usage);
     if (frame.SucceededWithData())
-        Track::ElementBufferData(target, size, data);
+        ElementBuffers.Define(target, size, data);
     frame.Record(target, size, Bytes(data, ByteCount(size)), usage);
 }
 
@@ -35,7 +36,7 @@ void _glBufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, const voi
     if (frame.MayTrackData())
         Track::BufferSubData(target, offset, size, data);
     if (frame.SucceededWithData())
-        Track::ElementBufferSubData(target, offset, size, data);
+        ElementBuffers.Update(target, offset, size, data);
     frame.Record(target, offset, size, Bytes(data, ByteCount(size)));
 }
 

@@ -23,9 +23,6 @@ void BindBuffer(GLenum target, GLuint buffer);
 void BufferData(GLenum target, GLsizeiptr size, void const* data, GLenum usage);
 void BufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, void const* data);
 void UnmapBuffer(GLuint name, void const* data, GLsizeiptr size);
-// The copies of element buffers that draws read their indices from.
-void ElementBufferData(GLenum target, GLsizeiptr size, void const* data);
-void ElementBufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, void const* data);
 
 // Framebuffers and renderbuffers.
 void GenFramebuffers(GLsizei n, GLuint const* names);

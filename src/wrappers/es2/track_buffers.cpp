@@ -1,9 +1,7 @@
 // Tracking of buffers.
-#include "state/buffer_object_list.h"
 #include "wrappers/es2/track.h"
 #include "wrappers/host_queries.h"
 #include "wrappers/live_state.h"
-#include <cstring>
 
 namespace
 {
@@ -42,20 +40,4 @@ void Es2::Track::BufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, 
 void Es2::Track::UnmapBuffer(GLuint name, void const* data, GLsizeiptr size)
 {
     TrackContents::UpdateBuffer(LiveEs2State().m_sBufferDatas[name], 0, size, data);
-}
-
-void Es2::Track::ElementBufferData(GLenum target, GLsizeiptr size, void const* data)
-{
-    if (target == GL_ELEMENT_ARRAY_BUFFER && TrackContents::IsCountable(0, size))
-        BufferList.AddObject(NameAt(target), static_cast<unsigned int>(size), static_cast<char const*>(data));
-}
-
-// An update past the end is lost from the copy.
-void Es2::Track::ElementBufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, void const* data)
-{
-    if (target != GL_ELEMENT_ARRAY_BUFFER || !data || !TrackContents::IsCountable(offset, size))
-        return;
-    CBufferObjectList::SBufferObject const* const object = BufferList.GetBufferObject(NameAt(target));
-    if (object && object->data && offset + size <= static_cast<GLsizeiptr>(object->size))
-        std::memcpy(object->data + offset, data, static_cast<std::size_t>(size));
 }

@@ -38,26 +38,6 @@ void _glDeleteBuffers(GLsizei n, const GLuint* buffers)
     frame.Record(n, InArray(buffers, n));
 }
 
-void _glGetBufferParameteriv(GLenum target, GLenum pname, GLint* params)
-{
-    Trace(Calls::glGetBufferParameteriv, target, pname, OutArray(params, 1));
-}
-
-void _glGenBuffers(GLsizei n, GLuint* buffers) { Trace(Calls::glGenBuffers, n, InArray(buffers, n)); }
-
-GLboolean _glIsBuffer(GLuint buffer) { return Trace(Calls::glIsBuffer, buffer); }
-
-void* _glMapBufferOES(GLenum target, GLenum access)
-{
-    CFrame frame(Calls::glMapBufferOES, target, access);
-    frame.CallHost();
-    // Deleting a buffer ends its mapping too, and its name is given out again.
-    if (frame.Result())
-        ForgetMappedRange(*Es1Host(), target);
-    frame.Record(target, access);
-    return frame.Result();
-}
-
 GLboolean _glUnmapBufferOES(GLenum target)
 {
     CFrame frame(Calls::glUnmapBufferOES, target);
@@ -70,26 +50,6 @@ GLboolean _glUnmapBufferOES(GLenum target)
         ForgetMappedRange(*Es1Host(), target);
     frame.Record(target, Always(Bytes(copy.Data(), copy.Size())));
     return frame.Result();
-}
-
-void* _glMapBufferRangeEXT(GLenum target, GLintptr offset, GLsizeiptr length, GLbitfield access)
-{
-    CFrame frame(Calls::glMapBufferRangeEXT, target, offset, length, access);
-    frame.CallHost();
-    if (frame.Result())
-        RememberMappedRange(*Es1Host(), target, length);
-    frame.Record(target, offset, length, access);
-    return frame.Result();
-}
-
-void _glFlushMappedBufferRangeEXT(GLenum target, GLintptr offset, GLsizeiptr length)
-{
-    Trace(Calls::glFlushMappedBufferRangeEXT, target, offset, length);
-}
-
-void _glGetBufferPointervOES(GLenum target, GLenum pname, void** params)
-{
-    Trace(Calls::glGetBufferPointervOES, target, pname, OutLowByte(params));
 }
 
 }  // namespace Es1

@@ -50,18 +50,6 @@ void _glDrawElements(GLenum mode, GLsizei count, GLenum type, const void* indice
     RecordDrawElements<SArrays>(frame, mode, {count, type, indices});
 }
 
-void _glMultiDrawElementsEXT(GLenum mode, const GLsizei* count, GLenum type, const void* const* indices,
-                             GLsizei primcount)
-{
-    Trace(Calls::glMultiDrawElementsEXT, mode, count, type, indices, primcount);
-}
-
-// On purpose: the first word behind count is taken for the number of firsts.
-void _glMultiDrawArraysEXT(GLenum mode, const GLint* first, const GLsizei* count, GLsizei primcount)
-{
-    Trace(Calls::glMultiDrawArraysEXT, mode, InArrayBehind(first, count), InArray(count, 1u), primcount);
-}
-
 void _glDrawTexsOES(GLshort x, GLshort y, GLshort z, GLshort width, GLshort height)
 {
     Trace(Calls::glDrawTexsOES, x, y, z, width, height);

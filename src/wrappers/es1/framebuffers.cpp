@@ -1,27 +1,9 @@
 // GLES1 wrappers: framebuffers, renderbuffers and pixels read back.
 #include "wrappers/calls.h"
 #include "wrappers/host_queries.h"
-#include "wrappers/sizing.h"
 
 namespace Es1
 {
-
-void _glReadPixels(GLint x, GLint y, GLsizei width, GLsizei height, GLenum format, GLenum type, void* pixels)
-{
-    CFrame frame(Calls::glReadPixels, x, y, width, height, format, type, pixels);
-    frame.CallHost();
-    // On purpose: a pack operation measured with the unpack alignment, here and in its kin.
-    GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
-    CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
-                             Layout2D(format, type, width, height, alignment, 0), HostInteger,
-                             GL_PACK_ALIGNMENT);
-    frame.Record(x, y, width, height, format, type, ImageBytes(pixels, image), alignment);
-}
-
-void _glDiscardFramebufferEXT(GLenum target, GLsizei numAttachments, const GLenum* attachments)
-{
-    Trace(Calls::glDiscardFramebufferEXT, target, numAttachments, InArray(attachments, numAttachments));
-}
 
 GLboolean _glIsRenderbufferOES(GLuint renderbuffer)
 {
@@ -86,25 +68,6 @@ void _glGetFramebufferAttachmentParameterivOES(GLenum target, GLenum attachment,
     Trace(Calls::glGetFramebufferAttachmentParameterivOES, target, attachment, pname, OutArray(params, 1));
 }
 
-void _glEGLImageTargetRenderbufferStorageOES(GLenum target, GLeglImageOES image)
-{
-    Trace(Calls::glEGLImageTargetRenderbufferStorageOES, target, image);
-}
-
-void _glRenderbufferStorageMultisampleAPPLE(GLenum target, GLsizei samples, GLenum internalformat,
-                                            GLsizei width, GLsizei height)
-{
-    Trace(Calls::glRenderbufferStorageMultisampleAPPLE, target, samples, internalformat, width, height);
-}
-
-void _glResolveMultisampleFramebufferAPPLE() { Trace(Calls::glResolveMultisampleFramebufferAPPLE); }
-
-void _glRenderbufferStorageMultisampleEXT(GLenum target, GLsizei samples, GLenum internalformat,
-                                          GLsizei width, GLsizei height)
-{
-    Trace(Calls::glRenderbufferStorageMultisampleEXT, target, samples, internalformat, width, height);
-}
-
 void _glReadnPixelsEXT(GLint x, GLint y, GLsizei width, GLsizei height, GLenum format, GLenum type,
                        GLsizei bufSize, void* data)
 {
@@ -124,23 +87,10 @@ void _glReadnPixelsEXT(GLint x, GLint y, GLsizei width, GLsizei height, GLenum f
                  alignment);
 }
 
-void _glRenderbufferStorageMultisampleNBX(GLenum target, GLsizei samples, GLenum internalformat,
-                                          GLsizei width, GLsizei height)
-{
-    Trace(Calls::glRenderbufferStorageMultisampleNBX, target, samples, internalformat, width, height);
-}
-
 void _glFramebufferTexture2DOES(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
                                 GLint level)
 {
     Trace(Calls::glFramebufferTexture2DOES, target, attachment, textarget, texture, level);
-}
-
-void _glFramebufferTexture2DMultisampleEXT(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
-                                           GLint level, GLsizei samples)
-{
-    Trace(Calls::glFramebufferTexture2DMultisampleEXT, target, attachment, textarget, texture, level,
-          samples);
 }
 
 void _glFramebufferTexture2DMultisampleNBX(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,

@@ -10,25 +10,12 @@ void _glAlphaFunc(GLenum func, GLfloat ref) { Trace(Calls::glAlphaFunc, func, re
 
 void _glAlphaFuncx(GLenum func, GLfixed ref) { Trace(Calls::glAlphaFuncx, func, ref); }
 
-void _glBlendFunc(GLenum sfactor, GLenum dfactor) { Trace(Calls::glBlendFunc, sfactor, dfactor); }
-
-void _glClear(GLbitfield mask) { Trace(Calls::glClear, mask); }
-
-void _glClearColor(GLfloat red, GLfloat green, GLfloat blue, GLfloat alpha)
-{
-    Trace(Calls::glClearColor, red, green, blue, alpha);
-}
-
 void _glClearColorx(GLfixed red, GLfixed green, GLfixed blue, GLfixed alpha)
 {
     Trace(Calls::glClearColorx, red, green, blue, alpha);
 }
 
-void _glClearDepthf(GLfloat d) { Trace(Calls::glClearDepthf, d); }
-
 void _glClearDepthx(GLfixed depth) { Trace(Calls::glClearDepthx, depth); }
-
-void _glClearStencil(GLint s) { Trace(Calls::glClearStencil, s); }
 
 void _glClipPlanef(GLenum p, const GLfloat* eqn) { Trace(Calls::glClipPlanef, p, FixedArray(eqn, 4)); }
 
@@ -36,19 +23,6 @@ void _glClipPlanex(GLenum plane, const GLfixed* equation)
 {
     Trace(Calls::glClipPlanex, plane, FixedArray(equation, 4));
 }
-
-void _glColorMask(GLboolean red, GLboolean green, GLboolean blue, GLboolean alpha)
-{
-    Trace(Calls::glColorMask, red, green, blue, alpha);
-}
-
-void _glCullFace(GLenum mode) { Trace(Calls::glCullFace, mode); }
-
-void _glDepthFunc(GLenum func) { Trace(Calls::glDepthFunc, func); }
-
-void _glDepthMask(GLboolean flag) { Trace(Calls::glDepthMask, flag); }
-
-void _glDepthRangef(GLfloat n, GLfloat f) { Trace(Calls::glDepthRangef, n, f); }
 
 void _glDepthRangex(GLfixed n, GLfixed f) { Trace(Calls::glDepthRangex, n, f); }
 
@@ -58,18 +32,6 @@ void _glDisable(GLenum cap)
         return STraceConfig::PreventSaving();
     Trace(Calls::glDisable, cap);
 }
-
-void _glEnable(GLenum cap) { Trace(Calls::glEnable, cap); }
-
-void _glFinish() { Trace(Calls::glFinish); }
-
-void _glFlush() { Trace(Calls::glFlush); }
-
-void _glFrontFace(GLenum mode) { Trace(Calls::glFrontFace, mode); }
-
-void _glHint(GLenum target, GLenum mode) { Trace(Calls::glHint, target, mode); }
-
-void _glLineWidth(GLfloat width) { Trace(Calls::glLineWidth, width); }
 
 void _glLineWidthx(GLfixed width) { Trace(Calls::glLineWidthx, width); }
 
@@ -84,8 +46,6 @@ void _glMultiTexCoord4x(GLenum texture, GLfixed s, GLfixed t, GLfixed r, GLfixed
 {
     Trace(Calls::glMultiTexCoord4x, texture, s, t, r, q);
 }
-
-void _glPixelStorei(GLenum pname, GLint param) { Trace(Calls::glPixelStorei, pname, param); }
 
 void _glPointParameterf(GLenum pname, GLfloat param) { Trace(Calls::glPointParameterf, pname, param); }
 
@@ -105,29 +65,9 @@ void _glPointSize(GLfloat size) { Trace(Calls::glPointSize, size); }
 
 void _glPointSizex(GLfixed size) { Trace(Calls::glPointSizex, size); }
 
-void _glPolygonOffset(GLfloat factor, GLfloat units) { Trace(Calls::glPolygonOffset, factor, units); }
-
 void _glPolygonOffsetx(GLfixed factor, GLfixed units) { Trace(Calls::glPolygonOffsetx, factor, units); }
 
-void _glSampleCoverage(GLfloat value, GLboolean invert) { Trace(Calls::glSampleCoverage, value, invert); }
-
 void _glSampleCoveragex(GLfixed value, GLboolean invert) { Trace(Calls::glSampleCoveragex, value, invert); }
-
-void _glScissor(GLint x, GLint y, GLsizei width, GLsizei height)
-{
-    Trace(Calls::glScissor, x, y, width, height);
-}
-
-void _glStencilFunc(GLenum func, GLint ref, GLuint mask) { Trace(Calls::glStencilFunc, func, ref, mask); }
-
-void _glStencilMask(GLuint mask) { Trace(Calls::glStencilMask, mask); }
-
-void _glStencilOp(GLenum fail, GLenum zfail, GLenum zpass) { Trace(Calls::glStencilOp, fail, zfail, zpass); }
-
-void _glViewport(GLint x, GLint y, GLsizei width, GLsizei height)
-{
-    Trace(Calls::glViewport, x, y, width, height);
-}
 
 void _glAlphaFuncxOES(GLenum func, GLfixed ref) { Trace(Calls::glAlphaFuncxOES, func, ref); }
 

@@ -5,11 +5,6 @@
 namespace Es1
 {
 
-void _glGetBooleanv(GLenum pname, GLboolean* data)
-{
-    Trace(Calls::glGetBooleanv, pname, OutArray(data, GlStateSize(pname)));
-}
-
 void _glGetClipPlanef(GLenum plane, GLfloat* equation)
 {
     Trace(Calls::glGetClipPlanef, plane, NeverCounted(equation));
@@ -20,26 +15,10 @@ void _glGetClipPlanex(GLenum plane, GLfixed* equation)
     Trace(Calls::glGetClipPlanex, plane, NeverCounted(equation));
 }
 
-GLenum _glGetError() { return Trace(Calls::glGetError); }
-
 void _glGetFixedv(GLenum pname, GLfixed* params)
 {
     Trace(Calls::glGetFixedv, pname, OutArray(params, GlStateSize(pname)));
 }
-
-void _glGetFloatv(GLenum pname, GLfloat* data)
-{
-    Trace(Calls::glGetFloatv, pname, OutArray(data, GlStateSize(pname)));
-}
-
-void _glGetIntegerv(GLenum pname, GLint* data)
-{
-    Trace(Calls::glGetIntegerv, pname, OutArray(data, GlStateSize(pname)));
-}
-
-const GLubyte* _glGetString(GLenum name) { return Trace(Calls::glGetString, name); }
-
-GLboolean _glIsEnabled(GLenum cap) { return Trace(Calls::glIsEnabled, cap); }
 
 void _glGetClipPlanexOES(GLenum plane, GLfixed* equation)
 {
@@ -55,12 +34,5 @@ void _glGetClipPlanefOES(GLenum plane, GLfloat* equation)
 {
     Trace(Calls::glGetClipPlanefOES, plane, NeverCounted(equation));
 }
-
-void _glGetInteger64vAPPLE(GLenum pname, GLint64* params)
-{
-    Trace(Calls::glGetInteger64vAPPLE, pname, OutArray(params, 1));
-}
-
-GLenum _glGetGraphicsResetStatusEXT() { return Trace(Calls::glGetGraphicsResetStatusEXT); }
 
 }  // namespace Es1

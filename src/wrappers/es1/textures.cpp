@@ -6,10 +6,6 @@
 namespace Es1
 {
 
-void _glActiveTexture(GLenum texture) { Trace(Calls::glActiveTexture, texture); }
-
-void _glBindTexture(GLenum target, GLuint texture) { Trace(Calls::glBindTexture, target, texture); }
-
 void _glCompressedTexImage2D(GLenum target, GLint level, GLenum internalformat, GLsizei width, GLsizei height,
                              GLint border, GLsizei imageSize, const void* data)
 {
@@ -17,49 +13,16 @@ void _glCompressedTexImage2D(GLenum target, GLint level, GLenum internalformat, 
           Bytes(data, imageSize));
 }
 
-void _glCompressedTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLsizei width,
-                                GLsizei height, GLenum format, GLsizei imageSize, const void* data)
-{
-    Trace(Calls::glCompressedTexSubImage2D, target, level, xoffset, yoffset, width, height, format, imageSize,
-          Bytes(data, imageSize));
-}
-
-void _glCopyTexImage2D(GLenum target, GLint level, GLenum internalformat, GLint x, GLint y, GLsizei width,
-                       GLsizei height, GLint border)
-{
-    Trace(Calls::glCopyTexImage2D, target, level, internalformat, x, y, width, height, border);
-}
-
-void _glCopyTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLint x, GLint y,
-                          GLsizei width, GLsizei height)
-{
-    Trace(Calls::glCopyTexSubImage2D, target, level, xoffset, yoffset, x, y, width, height);
-}
-
-void _glDeleteTextures(GLsizei n, const GLuint* textures)
-{
-    Trace(Calls::glDeleteTextures, n, InArray(textures, n));
-}
-
-void _glGenTextures(GLsizei n, GLuint* textures) { Trace(Calls::glGenTextures, n, InArray(textures, n)); }
-
 // On purpose: sized as a texture environment, unlike its iv and xv kin.
 void _glGetTexParameterfv(GLenum target, GLenum pname, GLfloat* params)
 {
     Trace(Calls::glGetTexParameterfv, target, pname, OutArray(params, GlTexEnvParamSize(pname)));
 }
 
-void _glGetTexParameteriv(GLenum target, GLenum pname, GLint* params)
-{
-    Trace(Calls::glGetTexParameteriv, target, pname, OutArray(params, GlTexParamSize(pname)));
-}
-
 void _glGetTexParameterxv(GLenum target, GLenum pname, GLfixed* params)
 {
     Trace(Calls::glGetTexParameterxv, target, pname, OutArray(params, GlTexParamSize(pname)));
 }
-
-GLboolean _glIsTexture(GLuint texture) { return Trace(Calls::glIsTexture, texture); }
 
 void _glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei width, GLsizei height,
                    GLint border, GLenum format, GLenum type, const void* pixels)
@@ -123,11 +86,6 @@ void _glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, 
 
 void _glGenerateMipmapOES(GLenum target) { Trace(Calls::glGenerateMipmapOES, target); }
 
-void _glEGLImageTargetTexture2DOES(GLenum target, GLeglImageOES image)
-{
-    Trace(Calls::glEGLImageTargetTexture2DOES, target, image);
-}
-
 void _glGetTexParameterxvOES(GLenum target, GLenum pname, GLfixed* params)
 {
     Trace(Calls::glGetTexParameterxvOES, target, pname, OutArray(params, GlTexParamSize(pname)));
@@ -141,62 +99,6 @@ void _glTexParameterxOES(GLenum target, GLenum pname, GLfixed param)
 void _glTexParameterxvOES(GLenum target, GLenum pname, const GLfixed* params)
 {
     Trace(Calls::glTexParameterxvOES, target, pname, InArray(params, GlTexParamSize(pname)));
-}
-
-void _glCopyTextureLevelsAPPLE(GLuint destinationTexture, GLuint sourceTexture, GLint sourceBaseLevel,
-                               GLsizei sourceLevelCount)
-{
-    Trace(Calls::glCopyTextureLevelsAPPLE, destinationTexture, sourceTexture, sourceBaseLevel,
-          sourceLevelCount);
-}
-
-void _glTexStorage1DEXT(GLenum target, GLsizei levels, GLenum internalformat, GLsizei width)
-{
-    Trace(Calls::glTexStorage1DEXT, target, levels, internalformat, width);
-}
-
-void _glTexStorage2DEXT(GLenum target, GLsizei levels, GLenum internalformat, GLsizei width, GLsizei height)
-{
-    Trace(Calls::glTexStorage2DEXT, target, levels, internalformat, width, height);
-}
-
-void _glTexStorage3DEXT(GLenum target, GLsizei levels, GLenum internalformat, GLsizei width, GLsizei height,
-                        GLsizei depth)
-{
-    Trace(Calls::glTexStorage3DEXT, target, levels, internalformat, width, height, depth);
-}
-
-void _glTextureStorage1DEXT(GLuint texture, GLenum target, GLsizei levels, GLenum internalformat,
-                            GLsizei width)
-{
-    Trace(Calls::glTextureStorage1DEXT, texture, target, levels, internalformat, width);
-}
-
-void _glTextureStorage2DEXT(GLuint texture, GLenum target, GLsizei levels, GLenum internalformat,
-                            GLsizei width, GLsizei height)
-{
-    Trace(Calls::glTextureStorage2DEXT, texture, target, levels, internalformat, width, height);
-}
-
-void _glTextureStorage3DEXT(GLuint texture, GLenum target, GLsizei levels, GLenum internalformat,
-                            GLsizei width, GLsizei height, GLsizei depth)
-{
-    Trace(Calls::glTextureStorage3DEXT, texture, target, levels, internalformat, width, height, depth);
-}
-
-void _glTexBindStreamNBX(GLint device, GLint deviceoffset)
-{
-    Trace(Calls::glTexBindStreamNBX, device, deviceoffset);
-}
-
-void _glGetTexStreamDeviceAttributeivNBX(GLint device, GLenum pname, GLint* params)
-{
-    Trace(Calls::glGetTexStreamDeviceAttributeivNBX, device, pname, OutArray(params, 1));
-}
-
-const GLubyte* _glGetTexStreamDeviceNameNBX(GLint device)
-{
-    return Trace(Calls::glGetTexStreamDeviceNameNBX, device);
 }
 
 }  // namespace Es1

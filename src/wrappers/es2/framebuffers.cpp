@@ -2,7 +2,6 @@
 #include "wrappers/calls.h"
 #include "wrappers/es2/track.h"
 #include "wrappers/host_queries.h"
-#include "wrappers/sizing.h"
 
 namespace Es2
 {
@@ -91,37 +90,9 @@ GLboolean _glIsFramebuffer(GLuint framebuffer) { return Trace(Calls::glIsFramebu
 
 GLboolean _glIsRenderbuffer(GLuint renderbuffer) { return Trace(Calls::glIsRenderbuffer, renderbuffer); }
 
-void _glReadPixels(GLint x, GLint y, GLsizei width, GLsizei height, GLenum format, GLenum type, void* pixels)
-{
-    CFrame frame(Calls::glReadPixels, x, y, width, height, format, type, pixels);
-    frame.CallHost();
-    // On purpose: a pack operation measured with the unpack alignment, here and in its kin.
-    GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
-    CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
-                             Layout2D(format, type, width, height, alignment, 0), HostInteger,
-                             GL_PACK_ALIGNMENT);
-    frame.Record(x, y, width, height, format, type, ImageBytes(pixels, image), alignment);
-}
-
 void _glRenderbufferStorage(GLenum target, GLenum internalformat, GLsizei width, GLsizei height)
 {
     Trace(Calls::glRenderbufferStorage, target, internalformat, width, height);
-}
-
-void _glRenderbufferStorageMultisampleNBX(GLenum target, GLsizei samples, GLenum internalformat,
-                                          GLsizei width, GLsizei height)
-{
-    Trace(Calls::glRenderbufferStorageMultisampleNBX, target, samples, internalformat, width, height);
-}
-
-void _glDiscardFramebufferEXT(GLenum target, GLsizei numAttachments, const GLenum* attachments)
-{
-    Trace(Calls::glDiscardFramebufferEXT, target, numAttachments, InArray(attachments, numAttachments));
-}
-
-void _glEGLImageTargetRenderbufferStorageOES(GLenum target, GLeglImageOES image)
-{
-    Trace(Calls::glEGLImageTargetRenderbufferStorageOES, target, image);
 }
 
 void _glBlitFramebufferANGLE(GLint srcX0, GLint srcY0, GLint srcX1, GLint srcY1, GLint dstX0, GLint dstY0,
@@ -135,20 +106,6 @@ void _glRenderbufferStorageMultisampleANGLE(GLenum target, GLsizei samples, GLen
                                             GLsizei width, GLsizei height)
 {
     Trace(Calls::glRenderbufferStorageMultisampleANGLE, target, samples, internalformat, width, height);
-}
-
-void _glRenderbufferStorageMultisampleAPPLE(GLenum target, GLsizei samples, GLenum internalformat,
-                                            GLsizei width, GLsizei height)
-{
-    Trace(Calls::glRenderbufferStorageMultisampleAPPLE, target, samples, internalformat, width, height);
-}
-
-void _glResolveMultisampleFramebufferAPPLE() { Trace(Calls::glResolveMultisampleFramebufferAPPLE); }
-
-void _glRenderbufferStorageMultisampleEXT(GLenum target, GLsizei samples, GLenum internalformat,
-                                          GLsizei width, GLsizei height)
-{
-    Trace(Calls::glRenderbufferStorageMultisampleEXT, target, samples, internalformat, width, height);
 }
 
 void _glReadnPixelsEXT(GLint x, GLint y, GLsizei width, GLsizei height, GLenum format, GLenum type,
@@ -192,13 +149,6 @@ void _glFramebufferTexture3DOES(GLenum target, GLenum attachment, GLenum textarg
                                 GLint level, GLint zoffset)
 {
     Trace(Calls::glFramebufferTexture3DOES, target, attachment, textarget, texture, level, zoffset);
-}
-
-void _glFramebufferTexture2DMultisampleEXT(GLenum target, GLenum attachment, GLenum textarget, GLuint texture,
-                                           GLint level, GLsizei samples)
-{
-    Trace(Calls::glFramebufferTexture2DMultisampleEXT, target, attachment, textarget, texture, level,
-          samples);
 }
 
 }  // namespace Es2

@@ -1,41 +1,35 @@
-// GLES2 wrappers: state queries.
+// GLES2 wrappers: state queries and query objects.
 #include "wrappers/calls.h"
-#include "wrappers/sizing.h"
 
 namespace Es2
 {
-
-void _glGetBooleanv(GLenum pname, GLboolean* data)
-{
-    Trace(Calls::glGetBooleanv, pname, OutArray(data, GlStateSize(pname)));
-}
-
-GLenum _glGetError() { return Trace(Calls::glGetError); }
-
-void _glGetFloatv(GLenum pname, GLfloat* data)
-{
-    Trace(Calls::glGetFloatv, pname, OutArray(data, GlStateSize(pname)));
-}
-
-void _glGetIntegerv(GLenum pname, GLint* data)
-{
-    Trace(Calls::glGetIntegerv, pname, OutArray(data, GlStateSize(pname)));
-}
-
-const GLubyte* _glGetString(GLenum name) { return Trace(Calls::glGetString, name); }
-
-GLboolean _glIsEnabled(GLenum cap) { return Trace(Calls::glIsEnabled, cap); }
-
-void _glGetInteger64vAPPLE(GLenum pname, GLint64* params)
-{
-    Trace(Calls::glGetInteger64vAPPLE, pname, OutArray(params, 1));
-}
 
 void _glGetIntegeri_vEXT(GLenum target, GLuint index, GLint* data)
 {
     Trace(Calls::glGetIntegeri_vEXT, target, index, OutArray(data, 2));
 }
 
-GLenum _glGetGraphicsResetStatusEXT() { return Trace(Calls::glGetGraphicsResetStatusEXT); }
+GLboolean _glIsQueryEXT(GLuint id) { return Trace(Calls::glIsQueryEXT, id); }
+
+void _glBeginQueryEXT(GLenum target, GLuint id) { Trace(Calls::glBeginQueryEXT, target, id); }
+
+void _glEndQueryEXT(GLenum target) { Trace(Calls::glEndQueryEXT, target); }
+
+void _glGetQueryivEXT(GLenum target, GLenum pname, GLint* params)
+{
+    Trace(Calls::glGetQueryivEXT, target, pname, OutArray(params, 1));
+}
+
+void _glGetQueryObjectuivEXT(GLuint id, GLenum pname, GLuint* params)
+{
+    Trace(Calls::glGetQueryObjectuivEXT, id, pname, OutArray(params, 1));
+}
+
+void _glGenQueriesEXT(GLsizei n, GLuint* ids) { Trace(Calls::glGenQueriesEXT, n, InArray(ids, n)); }
+
+void _glDeleteQueriesEXT(GLsizei n, const GLuint* ids)
+{
+    Trace(Calls::glDeleteQueriesEXT, n, InArray(ids, n));
+}
 
 }  // namespace Es2

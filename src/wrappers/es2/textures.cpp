@@ -7,10 +7,6 @@
 namespace Es2
 {
 
-void _glActiveTexture(GLenum texture) { Trace(Calls::glActiveTexture, texture); }
-
-void _glBindTexture(GLenum target, GLuint texture) { Trace(Calls::glBindTexture, target, texture); }
-
 void _glCompressedTexImage2D(GLenum target, GLint level, GLenum internalformat, GLsizei width, GLsizei height,
                              GLint border, GLsizei imageSize, const void* data)
 {
@@ -23,30 +19,6 @@ void _glCompressedTexImage2D(GLenum target, GLint level, GLenum internalformat, 
     frame.Record(target, level, internalformat, width, height, border, imageSize, Bytes(data, imageSize));
 }
 
-void _glCompressedTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLsizei width,
-                                GLsizei height, GLenum format, GLsizei imageSize, const void* data)
-{
-    Trace(Calls::glCompressedTexSubImage2D, target, level, xoffset, yoffset, width, height, format, imageSize,
-          Bytes(data, imageSize));
-}
-
-void _glCopyTexImage2D(GLenum target, GLint level, GLenum internalformat, GLint x, GLint y, GLsizei width,
-                       GLsizei height, GLint border)
-{
-    Trace(Calls::glCopyTexImage2D, target, level, internalformat, x, y, width, height, border);
-}
-
-void _glCopyTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLint x, GLint y,
-                          GLsizei width, GLsizei height)
-{
-    Trace(Calls::glCopyTexSubImage2D, target, level, xoffset, yoffset, x, y, width, height);
-}
-
-void _glDeleteTextures(GLsizei n, const GLuint* textures)
-{
-    Trace(Calls::glDeleteTextures, n, InArray(textures, n));
-}
-
 void _glGenerateMipmap(GLenum target)
 {
     CFrame frame(Calls::glGenerateMipmap, target);
@@ -56,19 +28,10 @@ void _glGenerateMipmap(GLenum target)
     frame.Record(target);
 }
 
-void _glGenTextures(GLsizei n, GLuint* textures) { Trace(Calls::glGenTextures, n, InArray(textures, n)); }
-
 void _glGetTexParameterfv(GLenum target, GLenum pname, GLfloat* params)
 {
     Trace(Calls::glGetTexParameterfv, target, pname, OutArray(params, GlTexParamSize(pname)));
 }
-
-void _glGetTexParameteriv(GLenum target, GLenum pname, GLint* params)
-{
-    Trace(Calls::glGetTexParameteriv, target, pname, OutArray(params, GlTexParamSize(pname)));
-}
-
-GLboolean _glIsTexture(GLuint texture) { return Trace(Calls::glIsTexture, texture); }
 
 void _glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei width, GLsizei height,
                    GLint border, GLenum format, GLenum type, const void* pixels, GLint alignment)
@@ -145,26 +108,6 @@ void _glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, 
                  alignment);
 }
 
-void _glTexBindStreamNBX(GLint device, GLint deviceoffset)
-{
-    Trace(Calls::glTexBindStreamNBX, device, deviceoffset);
-}
-
-void _glGetTexStreamDeviceAttributeivNBX(GLint device, GLenum pname, GLint* params)
-{
-    Trace(Calls::glGetTexStreamDeviceAttributeivNBX, device, pname, OutArray(params, 1));
-}
-
-const GLubyte* _glGetTexStreamDeviceNameNBX(GLint device)
-{
-    return Trace(Calls::glGetTexStreamDeviceNameNBX, device);
-}
-
-void _glEGLImageTargetTexture2DOES(GLenum target, GLeglImageOES image)
-{
-    Trace(Calls::glEGLImageTargetTexture2DOES, target, image);
-}
-
 void _glTexImage3DOES(GLenum target, GLint level, GLenum internalformat, GLsizei width, GLsizei height,
                       GLsizei depth, GLint border, GLenum format, GLenum type, const void* pixels)
 {
@@ -214,47 +157,6 @@ void _glCompressedTexSubImage3DOES(GLenum target, GLint level, GLint xoffset, GL
 {
     Trace(Calls::glCompressedTexSubImage3DOES, target, level, xoffset, yoffset, zoffset, width, height, depth,
           format, imageSize, Bytes(data, imageSize));
-}
-
-void _glCopyTextureLevelsAPPLE(GLuint destinationTexture, GLuint sourceTexture, GLint sourceBaseLevel,
-                               GLsizei sourceLevelCount)
-{
-    Trace(Calls::glCopyTextureLevelsAPPLE, destinationTexture, sourceTexture, sourceBaseLevel,
-          sourceLevelCount);
-}
-
-void _glTexStorage1DEXT(GLenum target, GLsizei levels, GLenum internalformat, GLsizei width)
-{
-    Trace(Calls::glTexStorage1DEXT, target, levels, internalformat, width);
-}
-
-void _glTexStorage2DEXT(GLenum target, GLsizei levels, GLenum internalformat, GLsizei width, GLsizei height)
-{
-    Trace(Calls::glTexStorage2DEXT, target, levels, internalformat, width, height);
-}
-
-void _glTexStorage3DEXT(GLenum target, GLsizei levels, GLenum internalformat, GLsizei width, GLsizei height,
-                        GLsizei depth)
-{
-    Trace(Calls::glTexStorage3DEXT, target, levels, internalformat, width, height, depth);
-}
-
-void _glTextureStorage1DEXT(GLuint texture, GLenum target, GLsizei levels, GLenum internalformat,
-                            GLsizei width)
-{
-    Trace(Calls::glTextureStorage1DEXT, texture, target, levels, internalformat, width);
-}
-
-void _glTextureStorage2DEXT(GLuint texture, GLenum target, GLsizei levels, GLenum internalformat,
-                            GLsizei width, GLsizei height)
-{
-    Trace(Calls::glTextureStorage2DEXT, texture, target, levels, internalformat, width, height);
-}
-
-void _glTextureStorage3DEXT(GLuint texture, GLenum target, GLsizei levels, GLenum internalformat,
-                            GLsizei width, GLsizei height, GLsizei depth)
-{
-    Trace(Calls::glTextureStorage3DEXT, texture, target, levels, internalformat, width, height, depth);
 }
 
 }  // namespace Es2

@@ -1,0 +1,30 @@
+// The wrappers that are the same in both GL APIs: one text for each, which names the calls, the host and the
+// questions to it of the namespace that it stands in.
+#include "wrappers/calls.h"
+#include "wrappers/host_queries.h"
+#include "wrappers/mapped_copy.h"
+#include "wrappers/sizing.h"
+
+namespace Es1
+{
+#include "wrappers/gl/buffers.inc"
+#include "wrappers/gl/draws.inc"
+#include "wrappers/gl/framebuffers.inc"
+#include "wrappers/gl/pipeline.inc"
+#include "wrappers/gl/qcom.inc"
+#include "wrappers/gl/queries.inc"
+#include "wrappers/gl/sync.inc"
+#include "wrappers/gl/textures.inc"
+}  // namespace Es1
+
+namespace Es2
+{
+#include "wrappers/gl/buffers.inc"
+#include "wrappers/gl/draws.inc"
+#include "wrappers/gl/framebuffers.inc"
+#include "wrappers/gl/pipeline.inc"
+#include "wrappers/gl/qcom.inc"
+#include "wrappers/gl/queries.inc"
+#include "wrappers/gl/sync.inc"
+#include "wrappers/gl/textures.inc"
+}  // namespace Es2

@@ -204,6 +204,11 @@ void CTraceRecordManager::saveRenderStatePhase1()
         m_EglFileState->getRenderState();
         m_EglFileStateLastGet = *m_EglFileState;
     }
+    if (STraceConfig::m_bES1Used && !STraceConfig::m_bES2Used && m_Es1FileState)
+    {
+        m_Es1FileState->getRenderState();
+        m_Es1FileStateLastGet = *m_Es1FileState;
+    }
     if ((STraceConfig::m_bES2Used || STraceConfig::m_bES3Used) && m_Es2FileState)
     {
         if (m_EglFileState)
@@ -218,6 +223,11 @@ void CTraceRecordManager::saveRenderStatePhase2(bool bKeepPosition, bool bWriteF
     uint64_t const position = bKeepPosition ? m_uBytesWritten : 0;
     if (STraceConfig::m_bEGLUsed)
         m_EglFileStateLastGet.writeAsCalls();
+    if (STraceConfig::m_bES1Used && !STraceConfig::m_bES2Used)
+    {
+        m_Es1FileStateLastGet.CombineTrack(m_Es1FileState);
+        m_Es1FileStateLastGet.writeAsCalls();
+    }
     if (STraceConfig::m_bES2Used || STraceConfig::m_bES3Used)
     {
         m_Es2FileStateLastGet.CombineTrack(m_Es2FileState);

@@ -1,5 +1,12 @@
 #include "wrappers/host_queries.h"
-#include "host/hosts.h"
+#include "core/config.h"
+#include "wrappers/keep_mark.h"
+
+AnyFunction HostFunction(char const* name)
+{
+    CKeepMark const keep(STraceConfig::m_bEGLUsed);
+    return reinterpret_cast<AnyFunction>(EglHost()->eglGetProcAddress(name));
+}
 
 GLint Es1::HostInteger(GLenum pname)
 {

@@ -19,3 +19,11 @@ inline CEs2ContextState& LiveEs2State()
     static auto* const spare = new CEs2ContextState;
     return *spare;
 }
+
+inline CEs1ContextState& LiveEs1State()
+{
+    if (CTraceRecordManager::m_Es1FileState)
+        return *CTraceRecordManager::m_Es1FileState;
+    static auto* const spare = new CEs1ContextState;
+    return *spare;
+}

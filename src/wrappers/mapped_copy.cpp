@@ -1,7 +1,6 @@
 #include "wrappers/mapped_copy.h"
-#include "core/config.h"
 #include "state/trace_map.h"
-#include "wrappers/keep_mark.h"
+#include "wrappers/host_queries.h"
 #include <algorithm>
 #include <cstring>
 
@@ -28,8 +27,7 @@ uint32_t CMappedRanges::Readable(GLuint buffer, uint32_t size)
 
 CMappedCopy::GetBufferPointer CMappedCopy::AskEgl()
 {
-    CKeepMark const keep(STraceConfig::m_bEGLUsed);
-    return reinterpret_cast<GetBufferPointer>(EglHost()->eglGetProcAddress("glGetBufferPointervOES"));
+    return reinterpret_cast<GetBufferPointer>(HostFunction("glGetBufferPointervOES"));
 }
 
 // As long as the buffer, although a range may end before: the rest is zeros.

@@ -131,15 +131,26 @@ void EglPlayer::CreatePbufferSurface(Call const& call)
     for (EGLint const key : {EGL_TEXTURE_FORMAT, EGL_TEXTURE_TARGET, EGL_MIPMAP_TEXTURE})
         if (attributes.count(key) != 0)
             own[key] = ValueOf(attributes, key);
-    m_surfaces.Set(call.Result(), m_device.MakePbuffer(AttributesOf(call, "config_attribs"), own,
-                                                       SizeOf(call.Result(), size)));
+    Attributes const config = AttributesOf(call, "config_attribs");
+    if (own.empty())
+        m_surfaces.Set(call.Result(), MakeSurface(call.Result(), config, size));
+    else
+        m_surfaces.Set(call.Result(), m_device.MakePbuffer(config, own, SizeOf(call.Result(), size)));
+}
+
+// A program that needs no window swaps on another surface, and is to be seen all the same where windows are
+// shown.
+std::shared_ptr<Surface> EglPlayer::MakeSurface(uint32_t recorded, Attributes const& config, Size size)
+{
+    Size const known = SizeOf(recorded, size);
+    bool const seen = m_survey.swapped.count(recorded) != 0;
+    return seen ? m_device.MakeWindow(config, known) : m_device.MakePbuffer(config, {}, known);
 }
 
 // There is no pixmap and no client buffer here: a pbuffer takes their place.
 void EglPlayer::CreateOtherSurface(Call const& call)
 {
-    m_surfaces.Set(call.Result(),
-                   m_device.MakePbuffer(AttributesOf(call, "config_attribs"), {}, SizeOf(call.Result(), {})));
+    m_surfaces.Set(call.Result(), MakeSurface(call.Result(), AttributesOf(call, "config_attribs"), {}));
 }
 
 void EglPlayer::DestroyContext(Call const& call) { m_contexts.Forget(call.Word("ctx")); }
@@ -164,7 +175,7 @@ std::shared_ptr<Context> EglPlayer::FindContext(uint32_t recorded, Attributes co
 std::shared_ptr<Surface> EglPlayer::FindSurface(uint32_t recorded, Attributes const& config)
 {
     if (recorded != 0 && !m_surfaces.Has(recorded))
-        m_surfaces.Set(recorded, m_device.MakePbuffer(config, {}, SizeOf(recorded, {})));
+        m_surfaces.Set(recorded, MakeSurface(recorded, config, {}));
     return m_surfaces.Find(recorded, nullptr);
 }
 

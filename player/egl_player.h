@@ -49,6 +49,7 @@ private:
 
     std::shared_ptr<Context> FindContext(uint32_t recorded, Attributes const& config);
     std::shared_ptr<Context> MakeContextOnDemand(Attributes const& config) const;
+    std::shared_ptr<Surface> MakeSurface(uint32_t recorded, Attributes const& config, Size size);
     std::shared_ptr<Surface> FindSurface(uint32_t recorded, Attributes const& config);
     Size SizeOf(uint32_t surface, Size known) const;
     void SwitchTo(Binding const& binding);

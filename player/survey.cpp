@@ -49,6 +49,7 @@ private:
     void NoteSwap(Call const& call)
     {
         ++m_survey.frames;
+        m_survey.swapped.insert(call.Word("surface"));
         if (call.Data("pixels").empty())
             return;
         ++m_survey.framesWithPixels;

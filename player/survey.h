@@ -4,6 +4,7 @@
 #include "trace/reader.h"
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <tuple>
 
@@ -43,6 +44,7 @@ struct Survey
     bool usesEs2 = false;
     std::map<uint32_t, Size> surfaces;  // largest recorded frame, by the surface's handle
     Size frame;                         // largest recorded frame
+    std::set<uint32_t> swapped;         // the surfaces that frames end on
     Size viewport;                      // largest viewport
 
     // What glGetAttribLocation answered after the program's Nth link in a part. Programs are linked again

@@ -139,6 +139,13 @@ class ScratchTest(unittest.TestCase):
             **options,
         )
 
+    def start_command(self, *command):
+        """The same for a program that is to run beside the test, which must wait for it."""
+        process = subprocess.Popen(command, cwd=self.folder, env=self.environment, stdin=subprocess.DEVNULL)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        return process
+
     def record(self, *arguments):
         """Runs `nebtrace record ARGUMENTS`."""
         return self.run_command(NEBTRACE, "record", *arguments)

@@ -1,8 +1,8 @@
 // GLES1 wrappers: buffers.
 #include "wrappers/calls.h"
 #include "wrappers/element_buffers.h"
+#include "wrappers/es1/track.h"
 #include "wrappers/mapped_copy.h"
-#include "wrappers/track_contents.h"
 
 namespace Es1
 {
@@ -13,6 +13,8 @@ void _glBufferData(GLenum target, GLsizeiptr size, const void* data, GLenum usag
 {
     CFrame frame(Calls::glBufferData, target, size, data, usage);
     frame.CallHost();
+    if (frame.MayTrackData())
+        Track::BufferData(target, size, data, usage);
     if (frame.SucceededWithData())
         ElementBuffers.Define(target, size, data);
     frame.Record(target, size, Bytes(data, ByteCount(size)), usage);
@@ -22,6 +24,8 @@ void _glBufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, const voi
 {
     CFrame frame(Calls::glBufferSubData, target, offset, size, data);
     frame.CallHost();
+    if (frame.MayTrackData())
+        Track::BufferSubData(target, offset, size, data);
     if (frame.SucceededWithData())
         ElementBuffers.Update(target, offset, size, data);
     frame.Record(target, offset, size, Bytes(data, ByteCount(size)));

@@ -3,6 +3,7 @@
 #include "api/es1_enums.h"
 #include "state/vertex_attribs_handler.h"
 #include "wrappers/calls.h"
+#include "wrappers/es1/track.h"
 #include "wrappers/host_queries.h"
 #include <algorithm>
 #include <iterator>
@@ -108,6 +109,8 @@ void _glColorPointer(GLint size, GLenum type, GLsizei stride, const void* pointe
     frame.CallHost();
     if (frame.SucceededWithData())
         FollowPointer(Es1Enum::kColorArray, size, type, stride, pointer);
+    if (frame.MayTrack())
+        Track::ArrayPointer(CEs1ContextState::kColorArray, size, type, stride, pointer);
     frame.Record(size, type, stride, pointer);
 }
 
@@ -137,6 +140,8 @@ void _glNormalPointer(GLenum type, GLsizei stride, const void* pointer)
     frame.CallHost();
     if (frame.SucceededWithData())
         FollowPointer(Es1Enum::kNormalArray, 3, type, stride, pointer);
+    if (frame.MayTrack())
+        Track::ArrayPointer(CEs1ContextState::kNormalArray, 3, type, stride, pointer);
     frame.Record(type, stride, pointer);
 }
 
@@ -146,6 +151,8 @@ void _glTexCoordPointer(GLint size, GLenum type, GLsizei stride, const void* poi
     frame.CallHost();
     if (frame.SucceededWithData())
         FollowPointer(Es1Enum::kTextureCoordArray, size, type, stride, pointer);
+    if (frame.MayTrack())
+        Track::TexCoordPointer(size, type, stride, pointer);
     frame.Record(size, type, stride, pointer);
 }
 
@@ -155,6 +162,8 @@ void _glVertexPointer(GLint size, GLenum type, GLsizei stride, const void* point
     frame.CallHost();
     if (frame.SucceededWithData())
         FollowPointer(Es1Enum::kVertexArray, size, type, stride, pointer);
+    if (frame.MayTrack())
+        Track::ArrayPointer(CEs1ContextState::kVertexArray, size, type, stride, pointer);
     frame.Record(size, type, stride, pointer);
 }
 
@@ -167,16 +176,31 @@ void _glPointSizePointerOES(GLenum type, GLsizei stride, const void* pointer)
     frame.Record(type, stride, pointer);
 }
 
-void _glBindVertexArrayOES(GLuint array) { Trace(Calls::glBindVertexArrayOES, array); }
+void _glBindVertexArrayOES(GLuint array)
+{
+    CFrame frame(Calls::glBindVertexArrayOES, array);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::BindVertexArray(array);
+    frame.Record(array);
+}
 
 void _glDeleteVertexArraysOES(GLsizei n, const GLuint* arrays)
 {
-    Trace(Calls::glDeleteVertexArraysOES, n, InArray(arrays, n));
+    CFrame frame(Calls::glDeleteVertexArraysOES, n, arrays);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::DeleteVertexArrays(n, arrays);
+    frame.Record(n, InArray(arrays, n));
 }
 
 void _glGenVertexArraysOES(GLsizei n, GLuint* arrays)
 {
-    Trace(Calls::glGenVertexArraysOES, n, InArray(arrays, n));
+    CFrame frame(Calls::glGenVertexArraysOES, n, arrays);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::GenVertexArrays(n, arrays);
+    frame.Record(n, InArray(arrays, n));
 }
 
 GLboolean _glIsVertexArrayOES(GLuint array) { return Trace(Calls::glIsVertexArrayOES, array); }

@@ -1,5 +1,6 @@
 // GLES1 wrappers: framebuffers, renderbuffers and pixels read back.
 #include "wrappers/calls.h"
+#include "wrappers/es1/track.h"
 #include "wrappers/host_queries.h"
 
 namespace Es1
@@ -12,17 +13,29 @@ GLboolean _glIsRenderbufferOES(GLuint renderbuffer)
 
 void _glBindRenderbufferOES(GLenum target, GLuint renderbuffer)
 {
-    Trace(Calls::glBindRenderbufferOES, target, renderbuffer);
+    CFrame frame(Calls::glBindRenderbufferOES, target, renderbuffer);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::BindRenderbuffer(renderbuffer);
+    frame.Record(target, renderbuffer);
 }
 
 void _glDeleteRenderbuffersOES(GLsizei n, const GLuint* renderbuffers)
 {
-    Trace(Calls::glDeleteRenderbuffersOES, n, InArray(renderbuffers, n));
+    CFrame frame(Calls::glDeleteRenderbuffersOES, n, renderbuffers);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::DeleteRenderbuffers(n, renderbuffers);
+    frame.Record(n, InArray(renderbuffers, n));
 }
 
 void _glGenRenderbuffersOES(GLsizei n, GLuint* renderbuffers)
 {
-    Trace(Calls::glGenRenderbuffersOES, n, InArray(renderbuffers, n));
+    CFrame frame(Calls::glGenRenderbuffersOES, n, renderbuffers);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::GenRenderbuffers(n, renderbuffers);
+    frame.Record(n, InArray(renderbuffers, n));
 }
 
 void _glRenderbufferStorageOES(GLenum target, GLenum internalformat, GLsizei width, GLsizei height)
@@ -39,17 +52,29 @@ GLboolean _glIsFramebufferOES(GLuint framebuffer) { return Trace(Calls::glIsFram
 
 void _glBindFramebufferOES(GLenum target, GLuint framebuffer)
 {
-    Trace(Calls::glBindFramebufferOES, target, framebuffer);
+    CFrame frame(Calls::glBindFramebufferOES, target, framebuffer);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::BindFramebuffer(framebuffer);
+    frame.Record(target, framebuffer);
 }
 
 void _glDeleteFramebuffersOES(GLsizei n, const GLuint* framebuffers)
 {
-    Trace(Calls::glDeleteFramebuffersOES, n, InArray(framebuffers, n));
+    CFrame frame(Calls::glDeleteFramebuffersOES, n, framebuffers);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::DeleteFramebuffers(n, framebuffers);
+    frame.Record(n, InArray(framebuffers, n));
 }
 
 void _glGenFramebuffersOES(GLsizei n, GLuint* framebuffers)
 {
-    Trace(Calls::glGenFramebuffersOES, n, InArray(framebuffers, n));
+    CFrame frame(Calls::glGenFramebuffersOES, n, framebuffers);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::GenFramebuffers(n, framebuffers);
+    frame.Record(n, InArray(framebuffers, n));
 }
 
 GLenum _glCheckFramebufferStatusOES(GLenum target)

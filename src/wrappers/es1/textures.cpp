@@ -1,5 +1,6 @@
 // GLES1 wrappers: textures.
 #include "wrappers/calls.h"
+#include "wrappers/es1/track.h"
 #include "wrappers/host_queries.h"
 #include "wrappers/sizing.h"
 
@@ -9,8 +10,13 @@ namespace Es1
 void _glCompressedTexImage2D(GLenum target, GLint level, GLenum internalformat, GLsizei width, GLsizei height,
                              GLint border, GLsizei imageSize, const void* data)
 {
-    Trace(Calls::glCompressedTexImage2D, target, level, internalformat, width, height, border, imageSize,
-          Bytes(data, imageSize));
+    CFrame frame(Calls::glCompressedTexImage2D, target, level, internalformat, width, height, border,
+                 imageSize, data);
+    frame.CallHost();
+    if (frame.MayTrackData())
+        Track::TexImage2D({target, level, static_cast<GLint>(internalformat), width, height, border,
+                           internalformat, 0, HostInteger(GL_PACK_ALIGNMENT), data, true, imageSize});
+    frame.Record(target, level, internalformat, width, height, border, imageSize, Bytes(data, imageSize));
 }
 
 // On purpose: sized as a texture environment, unlike its iv and xv kin.
@@ -30,6 +36,9 @@ void _glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei wid
     CFrame frame(Calls::glTexImage2D, target, level, internalformat, width, height, border, format, type,
                  pixels);
     frame.CallHost();
+    if (frame.MayTrackData())
+        Track::TexImage2D({target, level, internalformat, width, height, border, format, type,
+                           HostInteger(GL_PACK_ALIGNMENT), pixels, false, 0});
     // A snapshot's pixels are a record's own bytes, as many as this alignment makes of its image.
     GLint const alignment = frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
     CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
@@ -41,32 +50,56 @@ void _glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei wid
 
 void _glTexParameterf(GLenum target, GLenum pname, GLfloat param)
 {
-    Trace(Calls::glTexParameterf, target, pname, param);
+    CFrame frame(Calls::glTexParameterf, target, pname, param);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::TexParameterf(target, pname, param);
+    frame.Record(target, pname, param);
 }
 
 void _glTexParameterfv(GLenum target, GLenum pname, const GLfloat* params)
 {
-    Trace(Calls::glTexParameterfv, target, pname, InArray(params, GlTexParamSize(pname)));
+    CFrame frame(Calls::glTexParameterfv, target, pname, params);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::TexParameterfv(target, pname, params);
+    frame.Record(target, pname, InArray(params, GlTexParamSize(pname)));
 }
 
 void _glTexParameteri(GLenum target, GLenum pname, GLint param)
 {
-    Trace(Calls::glTexParameteri, target, pname, param);
+    CFrame frame(Calls::glTexParameteri, target, pname, param);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::TexParameter(target, pname, param);
+    frame.Record(target, pname, param);
 }
 
 void _glTexParameteriv(GLenum target, GLenum pname, const GLint* params)
 {
-    Trace(Calls::glTexParameteriv, target, pname, InArray(params, GlTexParamSize(pname)));
+    CFrame frame(Calls::glTexParameteriv, target, pname, params);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::TexParameteriv(target, pname, params);
+    frame.Record(target, pname, InArray(params, GlTexParamSize(pname)));
 }
 
 void _glTexParameterx(GLenum target, GLenum pname, GLfixed param)
 {
-    Trace(Calls::glTexParameterx, target, pname, param);
+    CFrame frame(Calls::glTexParameterx, target, pname, param);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::TexParameter(target, pname, param);
+    frame.Record(target, pname, param);
 }
 
 void _glTexParameterxv(GLenum target, GLenum pname, const GLfixed* params)
 {
-    Trace(Calls::glTexParameterxv, target, pname, InArray(params, GlTexParamSize(pname)));
+    CFrame frame(Calls::glTexParameterxv, target, pname, params);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::TexParameterv(target, pname, params);
+    frame.Record(target, pname, InArray(params, GlTexParamSize(pname)));
 }
 
 void _glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLsizei width, GLsizei height,
@@ -80,11 +113,21 @@ void _glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, 
     CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
                              Layout2D(format, type, width, height, alignment, 0),
                              frame.HostRan() ? HostInteger : nullptr, GL_UNPACK_ALIGNMENT);
+    if (frame.MayTrackData())
+        Track::TexSubImage2D(
+            {target, level, xoffset, yoffset, width, height, format, type, pixels, image.Readable()});
     frame.Record(target, level, xoffset, yoffset, width, height, format, type, ImageBytes(pixels, image),
                  alignment);
 }
 
-void _glGenerateMipmapOES(GLenum target) { Trace(Calls::glGenerateMipmapOES, target); }
+void _glGenerateMipmapOES(GLenum target)
+{
+    CFrame frame(Calls::glGenerateMipmapOES, target);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::GenerateMipmap(target);
+    frame.Record(target);
+}
 
 void _glGetTexParameterxvOES(GLenum target, GLenum pname, GLfixed* params)
 {
@@ -93,12 +136,20 @@ void _glGetTexParameterxvOES(GLenum target, GLenum pname, GLfixed* params)
 
 void _glTexParameterxOES(GLenum target, GLenum pname, GLfixed param)
 {
-    Trace(Calls::glTexParameterxOES, target, pname, param);
+    CFrame frame(Calls::glTexParameterxOES, target, pname, param);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::TexParameter(target, pname, param);
+    frame.Record(target, pname, param);
 }
 
 void _glTexParameterxvOES(GLenum target, GLenum pname, const GLfixed* params)
 {
-    Trace(Calls::glTexParameterxvOES, target, pname, InArray(params, GlTexParamSize(pname)));
+    CFrame frame(Calls::glTexParameterxvOES, target, pname, params);
+    frame.CallHost();
+    if (frame.MayTrack())
+        Track::TexParameterv(target, pname, params);
+    frame.Record(target, pname, InArray(params, GlTexParamSize(pname)));
 }
 
 }  // namespace Es1

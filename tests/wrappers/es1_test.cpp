@@ -1,5 +1,6 @@
 // What differs in GLES1: fixed arrays, sizes by enumerant, outputs that are never filled, odd records.
 #include "tests/wrappers/recorder.h"
+#include <map>
 
 class Es1Records : public Recorder
 {
@@ -85,17 +86,106 @@ TEST_F(Es1Records, OneTextureQueryIsSizedAsAnEnvironment)
     EXPECT_EQ(Expected(3069, U32(0), U32(1), U32(8705), Ptr(value), Words({1, 7})), Written());
 }
 
-// On purpose: some outputs are never filled, on success neither.
+// On purpose: some outputs are never filled, on success neither, and have a count all the same.
 TEST_F(Es1Records, SomeOutputsAreNeverFilled)
 {
     Record();
+    GLfixed fixed[16] = {};
     Es1::_glGetClipPlanef(0x3000, m_floats);
     EXPECT_EQ(Expected(3051, U32(0), U32(0x3000), Ptr(m_floats), U32(0)), Written());
-    GLfixed mantissa[16] = {};
+    Es1::_glGetClipPlanex(0x3000, fixed);
+    EXPECT_EQ(Expected(3052, U32(0), U32(0x3000), Ptr(fixed), U32(0)), Written());
+    Es1::_glGetClipPlanefOES(0x3000, m_floats);
+    EXPECT_EQ(Expected(4144, U32(0), U8(1), U32(0x3000), Ptr(m_floats), U32(0)), Written());
+    Es1::_glGetClipPlanexOES(0x3000, fixed);
+    EXPECT_EQ(Expected(4051, U32(0), U8(1), U32(0x3000), Ptr(fixed), U32(0)), Written());
     GLint exponent[16] = {};
     Fake().Result("glQueryMatrixxOES", 3u);
-    EXPECT_EQ(3u, Es1::_glQueryMatrixxOES(mantissa, exponent));
-    EXPECT_EQ(Expected(4137, U32(0), U8(1), U32(3), Ptr(mantissa), U32(0), Ptr(exponent), U32(0)), Written());
+    EXPECT_EQ(3u, Es1::_glQueryMatrixxOES(fixed, exponent));
+    EXPECT_EQ(Expected(4137, U32(0), U8(1), U32(3), Ptr(fixed), U32(0), Ptr(exponent), U32(0)), Written());
+    RecordWithoutData();
+    Es1::_glGetClipPlanef(0x3000, m_floats);
+    EXPECT_EQ(Expected(3051, U32(0), U32(0x3000), Ptr(m_floats)), Written());
+}
+
+// The number that the host stores sizes the names; both are gated.
+TEST_F(Es1Records, TheStoredNumberSizesTheNames)
+{
+    using Query = void (*)(GLuint*, GLint, GLint*);
+    std::map<uint16_t, Query> const queries = {
+        {4112, Es1::_glExtGetTexturesQCOM},      {4113, Es1::_glExtGetBuffersQCOM},
+        {4114, Es1::_glExtGetRenderbuffersQCOM}, {4115, Es1::_glExtGetFramebuffersQCOM},
+        {4120, Es1::_glExtGetShadersQCOM},       {4121, Es1::_glExtGetProgramsQCOM}};
+    GLuint names[] = {7, 8, 9, 10};
+    GLint number = 3;
+    for (auto const& [id, query] : queries)
+    {
+        Record();
+        query(names, 4, &number);
+        EXPECT_EQ(
+            Expected(id, U32(0), U8(1), Ptr(names), Words({3, 7, 8, 9, 4}), Ptr(&number), Words({1, 3})),
+            Written());
+        HostFails(GL_INVALID_VALUE);
+        Printed([&] { query(names, 4, &number); });
+        EXPECT_EQ(Expected(id, U32(0x501), U8(1), Ptr(names), U32(0), U32(4), Ptr(&number), U32(0)),
+                  Written());
+    }
+}
+
+// On purpose: both arrays of the driver's controls have the size of the call.
+TEST_F(Es1Records, DriverControlsReadTheSizeForBoth)
+{
+    Record();
+    GLint numbers[] = {2, 3};
+    GLuint controls[] = {8, 9};
+    Es1::_glGetDriverControlsQCOM(numbers, 2, controls);
+    EXPECT_EQ(
+        Expected(4108, U32(0), U8(1), Ptr(numbers), Words({2, 2, 3, 2}), Ptr(controls), Words({2, 8, 9})),
+        Written());
+}
+
+// Texts: the length first, but for a program's source. Texts are not gated, lengths are.
+TEST_F(Es1Records, TextsStandWithTheirLengths)
+{
+    Record();
+    char text[8] = "abc";
+    GLsizei length = 3;
+    Es1::_glGetDriverControlStringQCOM(5, 8, &length, text);
+    EXPECT_EQ(Expected(4109, U32(0), U8(1), Words({5, 8}), Ptr(&length), Words({1, 3}), Ptr(text), U32(3),
+                       Chars("abc")),
+              Written());
+    HostFails(GL_INVALID_VALUE);
+    Printed([&] { Es1::_glExtGetProgramBinarySourceQCOM(5, 6, text, &length); });
+    EXPECT_EQ(Expected(4123, U32(0x501), U8(1), Words({5, 6}), Ptr(text), U32(3), Chars("abc"), Ptr(&length),
+                       U32(0)),
+              Written());
+    Fake().Result("glGetString", static_cast<char const*>(text));
+    Es1::_glGetString(GL_VENDOR);
+    EXPECT_EQ(Expected(3064, U32(0), Ptr(text), U32(3), Chars("abc"), U32(0x1F00)), Written());
+    Fake().Result("glGetTexStreamDeviceNameNBX", static_cast<char const*>(text));
+    Es1::_glGetTexStreamDeviceNameNBX(2);
+    EXPECT_EQ(Expected(4032, U32(0), U8(1), Ptr(text), U32(3), Chars("abc"), U32(2)), Written());
+}
+
+// A second call of the host tells how many values there are, when the first one succeeded.
+TEST_F(Es1Records, SyncValuesAreCountedByASecondCall)
+{
+    Record();
+    GLsync const sync = reinterpret_cast<GLsync>(uintptr_t(0x99));
+    GLint values[] = {4, 5, 6};
+    Fake().On("glGetSyncivAPPLE", [](Call const& call) {
+        if (auto* const length = call.Pointer<GLsizei>(3))
+            *length = 2;
+    });
+    Es1::_glGetSyncivAPPLE(sync, 0x9112, 3, nullptr, values);
+    EXPECT_EQ(Expected(4162, U32(0), U8(1), Words({0x99, 0x9112, 3, 0, 0}), Ptr(values), Words({2, 4, 5})),
+              Written());
+    EXPECT_EQ(2u, HostCalls("glGetSyncivAPPLE"));
+    HostFails(GL_INVALID_VALUE);
+    Printed([&] { Es1::_glGetSyncivAPPLE(sync, 0x9112, 3, nullptr, values); });
+    EXPECT_EQ(Expected(4162, U32(0x501), U8(1), Words({0x99, 0x9112, 3, 0, 0}), Ptr(values), U32(0)),
+              Written());
+    EXPECT_EQ(3u, HostCalls("glGetSyncivAPPLE"));
 }
 
 // Truth values and colours of one byte.

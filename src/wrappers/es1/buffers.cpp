@@ -1,35 +1,13 @@
 // GLES1 wrappers: buffers.
+#include "state/buffer_object_list.h"
 #include "wrappers/calls.h"
-#include "wrappers/element_buffers.h"
-#include "wrappers/es1/track.h"
 #include "wrappers/mapped_copy.h"
+#include "wrappers/track_contents.h"
 
 namespace Es1
 {
 
 void _glBindBuffer(GLenum target, GLuint buffer) { Trace(Calls::glBindBuffer, target, buffer); }
-
-void _glBufferData(GLenum target, GLsizeiptr size, const void* data, GLenum usage)
-{
-    CFrame frame(Calls::glBufferData, target, size, data, usage);
-    frame.CallHost();
-    if (frame.MayTrackData())
-        Track::BufferData(target, size, data, usage);
-    if (frame.SucceededWithData())
-        ElementBuffers.Define(target, size, data);
-    frame.Record(target, size, Bytes(data, ByteCount(size)), usage);
-}
-
-void _glBufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, const void* data)
-{
-    CFrame frame(Calls::glBufferSubData, target, offset, size, data);
-    frame.CallHost();
-    if (frame.MayTrackData())
-        Track::BufferSubData(target, offset, size, data);
-    if (frame.SucceededWithData())
-        ElementBuffers.Update(target, offset, size, data);
-    frame.Record(target, offset, size, Bytes(data, ByteCount(size)));
-}
 
 void _glDeleteBuffers(GLsizei n, const GLuint* buffers)
 {

@@ -176,35 +176,6 @@ void _glPointSizePointerOES(GLenum type, GLsizei stride, const void* pointer)
     frame.Record(type, stride, pointer);
 }
 
-void _glBindVertexArrayOES(GLuint array)
-{
-    CFrame frame(Calls::glBindVertexArrayOES, array);
-    frame.CallHost();
-    if (frame.MayTrack())
-        Track::BindVertexArray(array);
-    frame.Record(array);
-}
-
-void _glDeleteVertexArraysOES(GLsizei n, const GLuint* arrays)
-{
-    CFrame frame(Calls::glDeleteVertexArraysOES, n, arrays);
-    frame.CallHost();
-    if (frame.MayTrack())
-        Track::DeleteVertexArrays(n, arrays);
-    frame.Record(n, InArray(arrays, n));
-}
-
-void _glGenVertexArraysOES(GLsizei n, GLuint* arrays)
-{
-    CFrame frame(Calls::glGenVertexArraysOES, n, arrays);
-    frame.CallHost();
-    if (frame.MayTrack())
-        Track::GenVertexArrays(n, arrays);
-    frame.Record(n, InArray(arrays, n));
-}
-
-GLboolean _glIsVertexArrayOES(GLuint array) { return Trace(Calls::glIsVertexArrayOES, array); }
-
 void _glMatrixIndexPointerOES(GLint size, GLenum type, GLsizei stride, const void* pointer)
 {
     CFrame frame(Calls::glMatrixIndexPointerOES, size, type, stride, pointer);

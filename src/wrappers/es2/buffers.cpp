@@ -1,7 +1,6 @@
 // GLES2 wrappers: buffers.
 #include "support/log.h"
 #include "wrappers/calls.h"
-#include "wrappers/element_buffers.h"
 #include "wrappers/es2/track.h"
 #include "wrappers/mapped_copy.h"
 
@@ -16,28 +15,6 @@ void _glBindBuffer(GLenum target, GLuint buffer)
     if (frame.Succeeded())
         Track::BindBuffer(target, buffer);
     frame.Record(target, buffer);
-}
-
-void _glBufferData(GLenum target, GLsizeiptr size, const void* data, GLenum usage)
-{
-    CFrame frame(Calls::glBufferData, target, size, data, usage);
-    frame.CallHost();
-    if (frame.MayTrackData())
-        Track::BufferData(target, size, data, usage);
-    if (frame.SucceededWithData())
-        ElementBuffers.Define(target, size, data);
-    frame.Record(target, size, Bytes(data, ByteCount(size)), usage);
-}
-
-void _glBufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, const void* data)
-{
-    CFrame frame(Calls::glBufferSubData, target, offset, size, data);
-    frame.CallHost();
-    if (frame.MayTrackData())
-        Track::BufferSubData(target, offset, size, data);
-    if (frame.SucceededWithData())
-        ElementBuffers.Update(target, offset, size, data);
-    frame.Record(target, offset, size, Bytes(data, ByteCount(size)));
 }
 
 void _glDeleteBuffers(GLsizei n, const GLuint* buffers)

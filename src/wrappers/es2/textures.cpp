@@ -7,18 +7,6 @@
 namespace Es2
 {
 
-void _glCompressedTexImage2D(GLenum target, GLint level, GLenum internalformat, GLsizei width, GLsizei height,
-                             GLint border, GLsizei imageSize, const void* data)
-{
-    CFrame frame(Calls::glCompressedTexImage2D, target, level, internalformat, width, height, border,
-                 imageSize, data);
-    frame.CallHost();
-    if (frame.MayTrackData())
-        Track::TexImage2D({target, level, static_cast<GLint>(internalformat), width, height, border,
-                           internalformat, 0, HostInteger(GL_PACK_ALIGNMENT), data, true, imageSize});
-    frame.Record(target, level, internalformat, width, height, border, imageSize, Bytes(data, imageSize));
-}
-
 void _glGenerateMipmap(GLenum target)
 {
     CFrame frame(Calls::glGenerateMipmap, target);
@@ -54,24 +42,6 @@ void _glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei wid
                  ImageBytes(pixels, image), alignment);
 }
 
-void _glTexParameterf(GLenum target, GLenum pname, GLfloat param)
-{
-    CFrame frame(Calls::glTexParameterf, target, pname, param);
-    frame.CallHost();
-    if (frame.MayTrack())
-        Track::TexParameterf(target, pname, param);
-    frame.Record(target, pname, param);
-}
-
-void _glTexParameterfv(GLenum target, GLenum pname, const GLfloat* params)
-{
-    CFrame frame(Calls::glTexParameterfv, target, pname, params);
-    frame.CallHost();
-    if (frame.MayTrack())
-        Track::TexParameterfv(target, pname, params);
-    frame.Record(target, pname, InArray(params, GlTexParamSize(pname)));
-}
-
 void _glTexParameteri(GLenum target, GLenum pname, GLint param)
 {
     CFrame frame(Calls::glTexParameteri, target, pname, param);
@@ -79,33 +49,6 @@ void _glTexParameteri(GLenum target, GLenum pname, GLint param)
     if (frame.MayTrack())
         Track::TexParameteri(target, pname, param);
     frame.Record(target, pname, param);
-}
-
-void _glTexParameteriv(GLenum target, GLenum pname, const GLint* params)
-{
-    CFrame frame(Calls::glTexParameteriv, target, pname, params);
-    frame.CallHost();
-    if (frame.MayTrack())
-        Track::TexParameteriv(target, pname, params);
-    frame.Record(target, pname, InArray(params, GlTexParamSize(pname)));
-}
-
-void _glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLsizei width, GLsizei height,
-                      GLenum format, GLenum type, const void* pixels)
-{
-    CFrame frame(Calls::glTexSubImage2D, target, level, xoffset, yoffset, width, height, format, type,
-                 pixels);
-    frame.CallHost();
-    // The tracker copies rows as the application has them, the record measures them as the driver reads them.
-    GLint const alignment = frame.UsesData() || frame.IsRecording() ? HostInteger(GL_UNPACK_ALIGNMENT) : 0;
-    CPaddedImage const image(frame.UsesData() ? pixels : nullptr,
-                             Layout2D(format, type, width, height, alignment, 0),
-                             frame.HostRan() ? HostInteger : nullptr, GL_UNPACK_ALIGNMENT);
-    if (frame.MayTrackData())
-        Track::TexSubImage2D(
-            {target, level, xoffset, yoffset, width, height, format, type, pixels, image.Readable()});
-    frame.Record(target, level, xoffset, yoffset, width, height, format, type, ImageBytes(pixels, image),
-                 alignment);
 }
 
 void _glTexImage3DOES(GLenum target, GLint level, GLenum internalformat, GLsizei width, GLsizei height,

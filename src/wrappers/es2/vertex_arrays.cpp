@@ -115,35 +115,6 @@ void _glVertexAttribPointer(GLuint index, GLint size, GLenum type, GLboolean nor
     frame.Record(index, size, type, normalized, stride, pointer);
 }
 
-void _glBindVertexArrayOES(GLuint array)
-{
-    CFrame frame(Calls::glBindVertexArrayOES, array);
-    frame.CallHost();
-    if (frame.MayTrack())
-        Track::BindVertexArray(array);
-    frame.Record(array);
-}
-
-void _glDeleteVertexArraysOES(GLsizei n, const GLuint* arrays)
-{
-    CFrame frame(Calls::glDeleteVertexArraysOES, n, arrays);
-    frame.CallHost();
-    if (frame.MayTrack())
-        Track::DeleteVertexArrays(n, arrays);
-    frame.Record(n, InArray(arrays, n));
-}
-
-void _glGenVertexArraysOES(GLsizei n, GLuint* arrays)
-{
-    CFrame frame(Calls::glGenVertexArraysOES, n, arrays);
-    frame.CallHost();
-    if (frame.MayTrack())
-        Track::GenVertexArrays(n, arrays);
-    frame.Record(n, InArray(arrays, n));
-}
-
-GLboolean _glIsVertexArrayOES(GLuint array) { return Trace(Calls::glIsVertexArrayOES, array); }
-
 void _glVertexAttribDivisorANGLE(GLuint index, GLuint divisor)
 {
     Trace(Calls::glVertexAttribDivisorANGLE, index, divisor);

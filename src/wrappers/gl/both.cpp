@@ -1,6 +1,9 @@
 // The wrappers that are the same in both GL APIs: one text for each, which names the calls, the host and the
-// questions to it of the namespace that it stands in.
+// trackers of the namespace that it stands in.
 #include "wrappers/calls.h"
+#include "wrappers/element_buffers.h"
+#include "wrappers/es1/track.h"
+#include "wrappers/es2/track.h"
 #include "wrappers/host_queries.h"
 #include "wrappers/mapped_copy.h"
 #include "wrappers/sizing.h"
@@ -15,6 +18,7 @@ namespace Es1
 #include "wrappers/gl/queries.inc"
 #include "wrappers/gl/sync.inc"
 #include "wrappers/gl/textures.inc"
+#include "wrappers/gl/vertex_arrays.inc"
 }  // namespace Es1
 
 namespace Es2
@@ -27,4 +31,5 @@ namespace Es2
 #include "wrappers/gl/queries.inc"
 #include "wrappers/gl/sync.inc"
 #include "wrappers/gl/textures.inc"
+#include "wrappers/gl/vertex_arrays.inc"
 }  // namespace Es2

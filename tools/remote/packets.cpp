@@ -12,7 +12,10 @@ constexpr uint8_t kData = 0x31;
 constexpr uint8_t kStatus = 0x32;
 constexpr uint8_t kAcknowledge = 0x21;
 constexpr uint8_t kDataEnd = 0x25;
+constexpr uint8_t kDataStart[] = {kFirst, kSecond, kData};
+constexpr size_t kKindEnd = sizeof kDataStart;
 constexpr size_t kDataHead = 5;
+constexpr size_t kProof = 16;  // bytes that do not stand twice in a packet by chance
 constexpr size_t kShortPacket = 6;
 constexpr size_t kLargestPayload = 65536;
 
@@ -72,32 +75,48 @@ size_t PacketReader::PacketSize() const
     return kDataHead + (length == 0 ? kLargestPayload : length) + 1;
 }
 
-// What came of a packet, and then the packet from its start, begins with itself at the place of the break.
-// The whole head stands there, or as much of it as has come.
+// Behind what came of a packet stands the packet from its start: the same bytes again, as far as both reach.
+// Where the packet ends as it should, little sameness is no proof.
 bool PacketReader::DropBrokenPiece(size_t size)
 {
-    auto const begin = m_bytes.begin();
-    auto const end = begin + static_cast<std::ptrdiff_t>(size);
-    for (auto again = std::search(begin + 1, end, begin, begin + kDataHead); again != end;
-         again = std::search(again + 1, end, begin, begin + kDataHead))
-        if (std::equal(again, end, begin))
+    size_t const least = m_bytes[size - 1] == kDataEnd ? kProof : 1;
+    for (size_t sent = 1; sent < size; ++sent)
+    {
+        size_t const both = std::min(sent, size - sent);
+        size_t const shown = std::min(kKindEnd, size - sent);
+        auto const again = m_bytes.begin() + static_cast<std::ptrdiff_t>(sent);
+        if (both >= least && std::equal(std::begin(kDataStart), std::begin(kDataStart) + shown, again) &&
+            std::equal(again, again + static_cast<std::ptrdiff_t>(both), m_bytes.begin()))
         {
-            m_bytes.erase(begin, again);
+            m_bytes.erase(m_bytes.begin(), again);
             ++m_repeated;
             return true;
         }
-    for (size_t left = std::min(kDataHead - 1, size - 1); left > 0; --left)
-        if (m_bytes[size - 1] != kDataEnd && std::equal(end - static_cast<std::ptrdiff_t>(left), end, begin))
-        {
-            m_bytes.erase(begin, end - static_cast<std::ptrdiff_t>(left));
-            ++m_repeated;
-            return true;
-        }
+    }
     return false;
+}
+
+// A packet that broke off within its head cannot be read on: its length, if there is one, is not its own.
+void PacketReader::DropBrokenStart()
+{
+    for (size_t sent = 1; sent < kDataHead; ++sent)
+    {
+        if (m_bytes.size() < sent + kDataHead)
+            return;
+        auto const again = m_bytes.begin() + static_cast<std::ptrdiff_t>(sent);
+        if (std::equal(std::begin(kDataStart), std::end(kDataStart), again) &&
+            std::equal(m_bytes.begin(), again, again))
+        {
+            m_bytes.erase(m_bytes.begin(), again);
+            ++m_repeated;
+            return;
+        }
+    }
 }
 
 bool PacketReader::Next(Packet& packet)
 {
+    DropBrokenStart();
     size_t size = PacketSize();
     while (m_fault.empty() && size != 0 && m_bytes.size() >= size)
     {

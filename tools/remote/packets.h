@@ -67,6 +67,7 @@ public:
 private:
     size_t PacketSize() const;
     bool DropBrokenPiece(size_t size);
+    void DropBrokenStart();
 
     std::vector<uint8_t> m_bytes;  // not yet taken, from a packet's first byte on
     std::string m_fault;

@@ -56,6 +56,13 @@ void TraceStream::Close()
 {
     if (!m_file.is_open())
         return;
+    if (AtFooter() && m_endState != 0)
+    {
+        // A place that is there already is the same one.
+        m_file.seekp(static_cast<std::streamoff>(m_bytes - sizeof m_endState));
+        for (unsigned shift = 0; shift < 64; shift += 8)
+            m_file.put(static_cast<char>(m_endState >> shift));
+    }
     m_file.close();
     if (m_file.fail())
         throw CommandFailed("cannot write " + m_path);
@@ -64,7 +71,10 @@ void TraceStream::Close()
 // Takes what stands first, if it is there as far as it must be; false when more bytes are needed.
 bool TraceStream::Step()
 {
-    size_t const needed = m_pastHeader ? kRecordHeaderSize : kHeaderSize;
+    // What begins like the footer may be it, and is not told from a record before it could be whole.
+    bool const mayEnd =
+        m_pending.size() >= 2 && m_pending[0] == kFooterFirst && m_pending[1] == kFooterSecond;
+    size_t const needed = !m_pastHeader ? kHeaderSize : mayEnd ? kFooterSize : kRecordHeaderSize;
     if (m_skip != 0 || m_pending.size() < needed || AtFooter())
         return false;
     uint64_t const before = m_offset;
@@ -94,9 +104,24 @@ void TraceStream::TakeRecord()
     if (!IsRecord(id, size))
         return SetGap("bytes are missing ahead of offset " + std::to_string(m_offset));
     m_frames += id == kSwapBuffersId ? 1 : 0;
-    if (IsMarker(id))
-        m_states.insert(m_offset);
+    NoteState(id);
     m_offset += kRecordHeaderSize + uint64_t{size};
+}
+
+// The state at the end begins with its first marker, or with the word on the thread that writes it.
+void TraceStream::NoteState(uint16_t id)
+{
+    if (IsMarker(id))
+    {
+        m_states.insert(m_offset);
+        if (!m_inState && m_endState == 0)
+            m_endState = m_threadChange != 0 ? m_threadChange : m_offset;
+        m_inState = !m_inState;
+    }
+    else if (id == kThreadChangeId && !m_inState)
+        m_threadChange = m_endState == 0 ? m_offset : m_threadChange;
+    else if (!m_inState)
+        m_endState = m_threadChange = 0;
 }
 
 bool TraceStream::AtFooter() const
@@ -106,7 +131,7 @@ bool TraceStream::AtFooter() const
         return false;
     uint64_t const position = LoadU32(m_pending.data() + kPositionOffset) |
                               uint64_t{LoadU32(m_pending.data() + kPositionOffset + 4)} << 32;
-    return position == 0 || m_states.count(position) != 0;
+    return position == 0 || position == m_endState || m_states.count(position) != 0;
 }
 
 void TraceStream::SetGap(std::string const& what)

@@ -17,6 +17,8 @@ public:
 
     // Throws CommandFailed when the disk is full.
     void Add(std::vector<uint8_t> const& bytes);
+    // A recorder that keeps no file of its own cannot tell where in the trace the state at its end begins,
+    // and its footer gives 0: then the place is written into the file here, by which it can be replayed.
     void Close();
 
     std::string const& Path() const { return m_path; }
@@ -31,6 +33,7 @@ private:
     bool Step();
     void TakeHeader();
     void TakeRecord();
+    void NoteState(uint16_t id);
     void SetGap(std::string const& what);
 
     std::string m_path;
@@ -42,6 +45,9 @@ private:
     uint64_t m_frames = 0;
     bool m_pastHeader = false;
     std::set<uint64_t> m_states;  // offsets of the markers of a captured state
+    bool m_inState = false;
+    uint64_t m_endState = 0;      // where the state begins that no call follows; 0 if there is none
+    uint64_t m_threadChange = 0;  // the thread change that no call follows
     std::string m_gap;
 };
 }  // namespace remote

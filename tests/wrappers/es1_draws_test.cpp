@@ -1,5 +1,6 @@
 // GLES1 draws: what they keep of arrays in the application's memory, and what differs from GLES2.
 #include "tests/wrappers/es1_arrays.h"
+#include "trace/decode.h"
 
 class Es1Draws : public Es1Arrays
 {
@@ -174,6 +175,30 @@ TEST_F(Es1Draws, AnArrayWithoutPointerIsLogged)
     EXPECT_EQ("NEBTRACE(M) Es1Trace::_glDrawElements error trying to save VertexAttrib: No data pointer\n",
               Printed([&] { Es1::_glDrawElements(GL_TRIANGLES, 1, GL_UNSIGNED_BYTE, indices); }));
     EXPECT_EQ(Expected(3037, Elements(1, 0x1401), Ptr(indices), U32(1), U8(0), Ptr(indices)), Written());
+}
+
+// The reader finds indices and entries by the record's length alone, also where it ends early.
+TEST_F(Es1Draws, TheReaderFindsIndicesAndEntries)
+{
+    auto const read = [this](nebtrace::DecodedCall& call) {
+        Bytes const record = Written();
+        return nebtrace::DecodeAs(*nebtrace::FindRecord(nebtrace::Api::Es1, 3037), nebtrace::Form::Long,
+                                  {record.data() + 6, record.size() - 6}, call);
+    };
+    GLubyte const indices[] = {1, 0};
+    PointVertices(2, GL_FLOAT, 0, m_vertices);
+    PointTextureCoordinates(GL_TEXTURE0, m_vertices + 8);
+    Es1::_glDrawElements(GL_TRIANGLES, 2, GL_UNSIGNED_BYTE, indices);
+    nebtrace::DecodedCall call;
+    ASSERT_TRUE(read(call));
+    EXPECT_EQ(2u, call.Find("index_data")->count);
+    EXPECT_EQ(2u, call.Find("arrays")->count);
+    HostKnows({{GL_ELEMENT_ARRAY_BUFFER_BINDING, 78}});
+    Printed([&] { Es1::_glDrawElements(GL_TRIANGLES, 2, GL_UNSIGNED_BYTE, nullptr); });
+    nebtrace::DecodedCall early;
+    ASSERT_TRUE(read(early));
+    EXPECT_EQ(0u, early.Find("index_data")->count);
+    EXPECT_EQ(0u, early.Find("arrays")->count);
 }
 
 // Arrays that are off or in a buffer yield no entry.

@@ -227,7 +227,9 @@ bool CNetworkServer::CheckClientConnection()
     }
     LogMessage("Client Disconnected... try to connect");
     // Every client that comes back would otherwise cost the application a descriptor.
-    delete m_pRoute;
+    CDataRouteSockets* const old = m_pRoute;
+    m_pRoute = nullptr;  // first: a fork may come at any moment, and its child looks
+    delete old;
     m_pRoute = m_pHerd ? m_pHerd->poll() : nullptr;
     if (!m_pRoute)
     {
@@ -282,6 +284,7 @@ bool CNetworkServer::AbandonAfterFork()
         return false;
     if (m_pRoute)
         m_pRoute->Abandon();
+    m_pRoute = nullptr;
     if (m_pHerd)
         m_pHerd->shutdown();
     m_bClientConnected = false;

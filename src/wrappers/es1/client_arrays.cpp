@@ -67,8 +67,8 @@ bool HostAgrees(SClientArray const& array, SQuestions const& questions)
     return enabled && buffer == 0 && pointer == array.pointer;
 }
 
-// A unit beyond the slots, and the spare one, has no array that a draw would capture; beyond that one there
-// is nothing to store into.
+// The spare place behind the slots takes the coordinates of a ninth unit, which no draw captures. For a unit
+// beyond that one there is nothing to store into.
 void FollowPointer(GLenum name, GLint size, GLenum type, GLsizei stride, void const* pointer)
 {
     CVertexAttribsHandler::SAttrib* const array =

@@ -44,7 +44,6 @@ struct Extensions
     PFNGLCHECKFRAMEBUFFERSTATUSOESPROC checkFramebufferStatus = nullptr;
     PFNGLMAPBUFFEROESPROC mapBuffer = nullptr;
     PFNGLUNMAPBUFFEROESPROC unmapBuffer = nullptr;
-    PFNGLDRAWTEXFOESPROC drawTexf = nullptr;
 
     void FindAll()
     {
@@ -58,7 +57,6 @@ struct Extensions
         checkFramebufferStatus = Find<PFNGLCHECKFRAMEBUFFERSTATUSOESPROC>("glCheckFramebufferStatusOES");
         mapBuffer = Find<PFNGLMAPBUFFEROESPROC>("glMapBufferOES");
         unmapBuffer = Find<PFNGLUNMAPBUFFEROESPROC>("glUnmapBufferOES");
-        drawTexf = Find<PFNGLDRAWTEXFOESPROC>("glDrawTexfOES");
     }
 };
 
@@ -101,6 +99,7 @@ public:
         glViewport(0, 0, m_width, m_height);
         glClearColor(0.05F, 0.07F, 0.12F, 1);
         glClear(GL_COLOR_BUFFER_BIT);
+        glActiveTexture(GL_TEXTURE0);
         glEnable(GL_TEXTURE_2D);
         glBindTexture(GL_TEXTURE_2D, m_picture);
         DrawCorner();
@@ -180,12 +179,24 @@ private:
         glColor4x(0x10000, 0x10000, 0x10000, 0x10000);
     }
 
-    // The lower half of the picture, in a corner of the screen.
-    void DrawCorner() const
+    // The lower half of the picture, in a corner of the screen: shorts and fixed-point numbers.
+    static void DrawCorner()
     {
-        GLint const crop[] = {0, 0, kTargetSize, kTargetSize / 2};
-        glTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_CROP_RECT_OES, crop);
-        m_gl.drawTexf(4, 4, 0, static_cast<GLfloat>(m_width) / 4, static_cast<GLfloat>(m_height) / 8);
+        GLshort const corners[] = {0, 0, 3, 0, 0, 1, 3, 1};
+        GLfixed const half = Fixed(0.5F);
+        GLfixed const one = Fixed(1);
+        GLfixed const picture[] = {0, 0, one, 0, 0, half, one, half};
+        glPushMatrix();
+        glTranslatef(-0.95F, -0.95F, 0);
+        glScalef(0.15F, 0.25F, 1);
+        glVertexPointer(2, GL_SHORT, 0, corners);
+        glTexCoordPointer(2, GL_FIXED, 0, picture);
+        glEnableClientState(GL_VERTEX_ARRAY);
+        glEnableClientState(GL_TEXTURE_COORD_ARRAY);
+        examples::DrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+        glDisableClientState(GL_TEXTURE_COORD_ARRAY);
+        glDisableClientState(GL_VERTEX_ARRAY);
+        glPopMatrix();
     }
 
     // The golden angle spreads the sprites evenly.

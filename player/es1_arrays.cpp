@@ -1,5 +1,6 @@
-// The fixed arrays of OpenGL ES 1, by the numbers that the records of draws name them by. Pointers into
-// client memory never reach the driver: the values of a draw come with its record.
+// The fixed arrays of OpenGL ES 1, and its crop rectangles. The arrays go by the numbers that the records of
+// draws name them by. Pointers into client memory never reach the driver: the values of a draw come with its
+// record.
 #include "player/gl_player.h"
 #include <GLES/gl.h>
 #include <GLES/glext.h>
@@ -76,7 +77,9 @@ template <GLenum Array, GLint Size>
 void Pointer(GlPlayer& player, Call const& call)
 {
     uint32_t const number = NumberOf(player, Array);
-    if (number == kUnknown)
+    // A captured state also tells of arrays that were never set: texture coordinates without a type.
+    bool const neverSet = player.InState() && call.Word("type") == 0;
+    if (number == kUnknown || neverSet)
         return;
     // The driver's word on whether a buffer is bound: an offset without one would be a pointer to it.
     GLint bound = 0;
@@ -99,10 +102,22 @@ void Pointer(GlPlayer& player, Call const& call)
 template <bool Enabled>
 void ClientState(GlPlayer& player, Call const& call)
 {
-    player.PlayPlain(call);
     uint32_t const number = NumberOf(player, call.Word("array"));
+    // A captured state also disables arrays that the driver need not have.
+    if (player.InState() && number != kUnknown &&
+        player.Now().BoundVertexArray().attributes[number].enabled == Enabled)
+        return;
+    player.PlayPlain(call);
     if (!call.Failed() && number != kUnknown)
         player.Now().BoundVertexArray().attributes[number].enabled = Enabled;
+}
+
+// A rectangle is recorded by the first of its four numbers.
+void TexParameter(GlPlayer& player, Call const& call)
+{
+    if (call.Word("pname") == GL_TEXTURE_CROP_RECT_OES)
+        return player.NotReplayed(call, "its rectangle is not in the record");
+    player.PlayPlain(call);
 }
 
 void ClientActiveTexture(GlPlayer& player, Call const& call)
@@ -126,6 +141,10 @@ std::vector<GlEntry> Es1ArrayHandlers()
             {"glWeightPointerOES", Pointer<GL_WEIGHT_ARRAY_OES, 1>},
             {"glEnableClientState", ClientState<true>},
             {"glDisableClientState", ClientState<false>},
-            {"glClientActiveTexture", ClientActiveTexture}};
+            {"glClientActiveTexture", ClientActiveTexture},
+            {"glTexParameterfv", TexParameter},
+            {"glTexParameteriv", TexParameter},
+            {"glTexParameterxv", TexParameter},
+            {"glTexParameterxvOES", TexParameter}};
 }
 }  // namespace nebtrace::player

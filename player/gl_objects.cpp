@@ -94,8 +94,11 @@ void Delete(GlPlayer& player, Call const& call)
     }
 }
 
+// A captured state binds none even where the driver has no such objects.
 void BindVertexArray(GlPlayer& player, Call const& call)
 {
+    if (player.InState() && call.Word("array") == 0 && player.Now().vertexArray == 0)
+        return;
     player.PlayPlain(call);
     if (!call.Failed())
         player.Now().vertexArray = call.Word("array");

@@ -53,10 +53,11 @@ Lines Only(Lines const& lines, std::vector<std::string> const& names)
     return only;
 }
 
-Snapshot::Snapshot()
+Snapshot::Snapshot(nebtrace::Api api) : m_api(api)
 {
     CTraceRecordManager::m_EglFileStateLastGet = CEglRenderState();
     CTraceRecordManager::m_Es2FileStateLastGet = CEs2ContextState();
+    CTraceRecordManager::m_Es1FileStateLastGet = CEs1ContextState();
     HostAnswers(GL_ACTIVE_TEXTURE, GL_TEXTURE0);
     HostAnswers(GL_MAX_TEXTURE_IMAGE_UNITS, 2);
     Fake().On("glGetIntegerv", [this](Call const& call) {
@@ -66,7 +67,8 @@ Snapshot::Snapshot()
     });
     Play();
     STraceConfig::m_bEGLUsed = false;
-    STraceConfig::m_bES2Used = true;
+    STraceConfig::m_bES1Used = api == nebtrace::Api::Es1;
+    STraceConfig::m_bES2Used = api == nebtrace::Api::Es2;
     CTraceRecordManager::m_EglFileState->m_iClientVersion = 2;
 }
 
@@ -90,7 +92,7 @@ Lines Snapshot::Write(bool optimize)
     STraceConfig::m_bDoNativeCall = false;
     Printed([] { CTraceRecordManager::saveRenderStatePhase2(false, false); });
     STraceConfig::m_bDoNativeCall = true;
-    return CallsIn(Written(), nebtrace::Api::Es2);
+    return CallsIn(Written(), m_api);
 }
 
 Lines Snapshot::Taken(bool optimize)

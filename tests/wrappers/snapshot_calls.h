@@ -20,7 +20,8 @@ Lines Only(Lines const& lines, std::vector<std::string> const& names);
 class Snapshot : public Recorder
 {
 protected:
-    Snapshot();
+    // Of the two GL APIs it has used this one.
+    explicit Snapshot(nebtrace::Api api = nebtrace::Api::Es2);
 
     // Capture and writing at once, as at the first recorded frame with the optimisation off, or on.
     Lines Taken(bool optimize = false);
@@ -32,5 +33,6 @@ protected:
     void HostAnswers(GLenum name, GLint value);
 
 private:
+    nebtrace::Api const m_api;
     std::vector<std::pair<GLenum, GLint>> m_integers;
 };

@@ -1,0 +1,323 @@
+"""`nebtrace remote` against a server that plays a script: what it sends, and what it makes of what comes."""
+
+import os
+import socket
+import struct
+import sys
+import threading
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "e2e"))
+from support import NEBTRACE, ScratchTest  # noqa: E402
+
+START, STOP, RESUME, PAUSE = 0x40, 0x41, 0x42, 0x43
+WAITING, RECORDING, RUNNING, HELD = 0x50, 0x51, 0x52, 0x53
+
+
+def data(payload):
+    return b"\x08\x44\x31" + struct.pack("<H", len(payload) & 0xFFFF) + payload + b"\x25"
+
+
+def status(state):
+    return bytes((0x08, 0x44, 0x32, state, 0x01, 0x00))
+
+
+def acknowledge(command):
+    return bytes((0x08, 0x44, 0x21, command, 0x01, 0x00))
+
+
+def record(number, payload=b""):
+    return struct.pack("<IH", len(payload), number) + payload
+
+
+TYPE_TABLE = bytes(b & 0xFF for b in (4, -4, 4, 4, 4, 4, 4, 4, 4, 4, 4, 4, 4, 1, 4, -1, -2, -4, -4, 1, 2, 4, 4, 4,
+                                      -4, -4, -4, -4, 0, -4, -4))
+HEADER = b"NEBTrace" + struct.pack("<IIBBIB", 0xFFFE0100, 14, 1, 0, 1, 31) + TYPE_TABLE + bytes(8)
+FLUSH = record(2046, bytes(4))
+SWAP = record(1022, struct.pack("<9I", 0x3000, 1, 1, 2, 0, 0, 0, 0, 0))
+
+
+def ending(offset):
+    """The state and the footer of a recording that has this many bytes so far."""
+    return record(2) + FLUSH + record(2) + b"\x13\x10" + struct.pack("<Q", offset)
+
+
+class Server(threading.Thread):
+    """Plays one script to one client. A script takes the server and uses expect and send."""
+
+    def __init__(self, script):
+        super().__init__()
+        self.listener = socket.create_server(("127.0.0.1", 0))
+        self.listener.settimeout(60)
+        self.port = self.listener.getsockname()[1]
+        self.script = script
+        self.failure = None
+        self.client = None
+
+    def run(self):
+        try:
+            self.client, _ = self.listener.accept()
+            self.client.settimeout(60)
+            with self.client:
+                self.script(self)
+        except Exception as failure:  # pylint: disable=broad-except
+            self.failure = failure
+        finally:
+            self.listener.close()
+
+    def send(self, *packets):
+        self.client.sendall(b"".join(packets))
+
+    def expect(self, command):
+        came = b""
+        while len(came) < 3:
+            part = self.client.recv(3 - len(came))
+            if not part:
+                raise AssertionError(f"no command 0x{command:x}: the client is gone")
+            came += part
+        if came != bytes((0x08, 0x44, command)):
+            raise AssertionError(f"{came.hex()} came for command 0x{command:x}")
+
+    def expect_end(self):
+        rest = self.client.recv(100)
+        if rest:
+            raise AssertionError(f"{rest.hex()} came where nothing should")
+
+
+class Client(ScratchTest):
+    def remote(self, script, *arguments, before=()):
+        server = Server(script)
+        server.start()
+        try:
+            done = self.run_command(NEBTRACE, "remote", *before, f"127.0.0.1:{server.port}", *arguments)
+        finally:
+            server.join(60)
+        self.assertIsNone(server.failure)
+        return done
+
+    def content(self, name):
+        with open(self.path(name), "rb") as file:
+            return file.read()
+
+    # One command at a time, the next only when the last is acknowledged; the file is the payloads put together.
+    def test_a_recording_is_what_came_between_start_and_footer(self):
+        frames = HEADER + FLUSH + SWAP + FLUSH + SWAP
+        end = ending(len(frames))
+
+        def script(server):
+            server.send(status(RUNNING))
+            server.expect(START)
+            server.send(acknowledge(START), data(frames[:70]), status(RECORDING), data(frames[70:]))
+            server.expect(STOP)
+            server.send(acknowledge(STOP), data(end[:9]), data(end[9:]), status(RUNNING))
+            server.expect_end()
+
+        done = self.remote(script, "record", "--frames", "2", "-o", "far.nebt")
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertEqual(self.content("far.nebt"), frames + end)
+        self.assertIn("recorded far.nebt: ", done.stdout)
+        self.assertIn("2 frames", done.stdout)
+
+    # Progress is plain lines where there is no terminal: the state, the bytes, the rate.
+    def test_progress_on_a_pipe_is_plain_lines(self):
+        frames = HEADER + SWAP
+
+        def script(server):
+            server.send(status(RUNNING))
+            server.expect(START)
+            server.send(acknowledge(START), status(RECORDING), data(frames))
+            server.expect(STOP)
+            server.send(acknowledge(STOP), data(ending(len(frames))))
+
+        done = self.remote(script, "record", "--frames", "1", "-o", "far.nebt")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertRegex(done.stdout, r"(?m)^far.nebt: recording, \d+ frames, [\d.]+ (bytes|kB), [\d.]+ \w+/s$")
+        self.assertNotIn("\r", done.stdout)
+
+    # A held application takes no start: it is let go on first.
+    def test_a_held_application_is_released_ahead_of_the_start(self):
+        frames = HEADER + SWAP
+
+        def script(server):
+            server.send(status(WAITING))
+            server.expect(RESUME)
+            server.send(acknowledge(RESUME))
+            server.expect(START)
+            server.send(acknowledge(START), data(frames))
+            server.expect(STOP)
+            server.send(acknowledge(STOP), data(ending(len(frames))))
+
+        self.assertEqual(self.remote(script, "record", "--frames", "1").returncode, 0)
+
+    # What another client began has no beginning here: it is ended, and none of it is in the file.
+    def test_a_recording_that_is_already_on_is_stopped_and_dropped(self):
+        frames = HEADER + SWAP
+
+        def script(server):
+            server.send(status(RECORDING), data(SWAP + FLUSH))
+            server.expect(STOP)
+            server.send(acknowledge(STOP), data(ending(1000)), status(RUNNING))
+            server.expect(START)
+            server.send(acknowledge(START), data(frames))
+            server.expect(STOP)
+            server.send(acknowledge(STOP), data(ending(len(frames))))
+
+        done = self.remote(script, "record", "--frames", "1", "-o", "far.nebt")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("another client began", done.stdout)
+        self.assertEqual(self.content("far.nebt"), frames + ending(len(frames)))
+
+    # Each recording of one connection has a file of its own.
+    def test_a_second_recording_goes_to_a_second_file(self):
+        first, second = HEADER + SWAP, HEADER + FLUSH + SWAP
+
+        def script(server):
+            server.send(status(RUNNING))
+            for frames in (first, second):
+                server.expect(START)
+                server.send(acknowledge(START), status(RECORDING), data(frames))
+                server.expect(STOP)
+                server.send(acknowledge(STOP), data(ending(len(frames))))
+                server.send(status(RUNNING))
+
+        done = self.remote(script, "record", "--frames", "1", "--times", "2", "-o", "far.nebt")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertEqual(self.content("far.nebt"), first + ending(len(first)))
+        self.assertEqual(self.content("far-2.nebt"), second + ending(len(second)))
+
+    # A lost connection leaves what came, and the client says what that is.
+    def test_a_lost_connection_leaves_a_file_that_is_described(self):
+        def script(server):
+            server.send(status(RUNNING))
+            server.expect(START)
+            server.send(acknowledge(START), data(HEADER + FLUSH + SWAP + FLUSH))
+
+        done = self.remote(script, "record", "-o", "far.nebt")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("connection lost: the application closed the connection\n", done.stdout)
+        self.assertIn("1 frame, 3 calls", done.stdout)
+        self.assertEqual(done.stderr, "nebtrace: far.nebt has no end: it holds what came until then\n")
+        self.assertEqual(self.content("far.nebt"), HEADER + FLUSH + SWAP + FLUSH)
+
+    # An application that ends in order closes the recording itself: nothing is missing.
+    def test_an_application_that_ends_in_order_leaves_a_whole_file(self):
+        frames = HEADER + FLUSH + SWAP
+
+        def script(server):
+            server.send(status(RUNNING))
+            server.expect(START)
+            server.send(acknowledge(START), data(frames), data(ending(len(frames))))
+
+        done = self.remote(script, "record", "-o", "far.nebt")
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertEqual(self.content("far.nebt"), frames + ending(len(frames)))
+
+    # Bytes that are missing in the middle are noticed when they are missing, and the file is kept.
+    def test_a_gap_ends_the_recording_and_is_named(self):
+        def script(server):
+            server.send(status(RUNNING))
+            server.expect(START)
+            server.send(acknowledge(START), data(HEADER + FLUSH + SWAP[:20]), data(FLUSH[2:] + SWAP * 3))
+            server.expect(STOP)
+            server.send(acknowledge(STOP), data(ending(500)), status(RUNNING), status(RUNNING))
+
+        done = self.remote(script, "record", "-o", "far.nebt")
+        self.assertEqual(done.returncode, 1)
+        self.assertRegex(done.stderr, r"^nebtrace: far\.nebt: bytes are missing ahead of offset \d+\n$")
+        self.assertTrue(self.content("far.nebt").startswith(HEADER + FLUSH))
+
+    # A packet that the sender broke off comes again whole: the file is as if it had not.
+    def test_a_packet_that_was_sent_twice_is_taken_once(self):
+        frames = HEADER + FLUSH * 50 + SWAP
+        packet = data(frames)
+
+        def script(server):
+            server.send(status(RUNNING))
+            server.expect(START)
+            server.send(acknowledge(START), packet[:333], packet)
+            server.expect(STOP)
+            server.send(acknowledge(STOP), data(ending(len(frames))))
+
+        done = self.remote(script, "record", "--frames", "1", "-o", "far.nebt")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("1 packets were cut off and sent again\n", done.stdout)
+        self.assertEqual(self.content("far.nebt"), frames + ending(len(frames)))
+
+    # An answer that is no packet of ours is said so; the port may be somebody else's.
+    def test_a_server_of_another_kind_is_named(self):
+        done = self.remote(lambda server: server.send(b"SSH-2.0-OpenSSH_9.2\r\n"), "status")
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(done.stderr,
+                         "nebtrace: the stream has lost its step: no packet begins with 0x53 0x53\n")
+
+    # A connection alone is no answer: an application that makes no calls gives none.
+    def test_silence_is_reported(self):
+        done = self.remote(lambda server: server.expect_end(), "status", before=("--timeout", "1"))
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("no word from the application within 1 s", done.stderr)
+
+    # status only listens.
+    def test_status_tells_each_state(self):
+        names = {WAITING: "waiting for its client", RECORDING: "recording", RUNNING: "running", HELD: "held"}
+        for state, name in names.items():
+            def script(server, state=state):
+                server.send(status(state))
+                server.expect_end()
+
+            done = self.remote(script, "status")
+            self.assertRegex(done.stdout, rf"^127\.0\.0\.1:\d+: {name}\n$")
+            self.assertEqual(done.returncode, 0, done.stderr)
+
+    # pause holds for as long as it runs, and lets go at its end.
+    def test_pause_holds_and_lets_go(self):
+        def script(server):
+            server.send(status(RUNNING))
+            server.expect(PAUSE)
+            server.send(acknowledge(PAUSE), status(HELD))
+            server.expect(RESUME)
+            server.send(acknowledge(RESUME))
+            server.expect_end()
+
+        done = self.remote(script, "pause", "--seconds", "0.2")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertRegex(done.stdout, r": held\n.*: goes on\n$")
+
+    # stop ends what another client has left on, and refuses where nothing is.
+    def test_stop_ends_a_recording_that_is_on(self):
+        def script(server):
+            server.send(status(RECORDING))
+            server.expect(STOP)
+            server.send(acknowledge(STOP), data(ending(100)), status(RUNNING))
+
+        self.assertEqual(self.remote(script, "stop").returncode, 0)
+        done = self.remote(lambda server: (server.send(status(RUNNING)), server.expect_end()), "stop")
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(done.stderr, "nebtrace: no recording is on: the application is running\n")
+
+    # resume releases an application that waits.
+    def test_resume_releases(self):
+        def script(server):
+            server.send(status(WAITING))
+            server.expect(RESUME)
+            server.send(acknowledge(RESUME))
+
+        self.assertEqual(self.remote(script, "resume").returncode, 0)
+
+    # Where nobody listens, that is the answer, unless it is asked to wait.
+    def test_nobody_there_is_an_error(self):
+        with socket.create_server(("127.0.0.1", 0)) as free:
+            port = free.getsockname()[1]
+        done = self.run_command(NEBTRACE, "remote", f"127.0.0.1:{port}", "status")
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(done.stderr, f"nebtrace: cannot connect to 127.0.0.1:{port}: Connection refused\n")
+
+    # Addresses are checked before anything is tried.
+    def test_a_malformed_address_is_a_usage_error(self):
+        for address in ("localhost:", ":54321", "localhost:99999", "localhost:x"):
+            done = self.run_command(NEBTRACE, "remote", address, "status")
+            self.assertEqual(done.returncode, 2, address)
+            self.assertIn(f"an address is HOST or HOST:PORT: {address}\n", done.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()

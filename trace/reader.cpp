@@ -179,6 +179,9 @@ bool Reader::Next(Record& record)
         have += ReadBytes(first + have, kFooterSize - have);
         if (have == kFooterSize && AtEndOfInput())
             return EndAtFooter(first);
+        if (have < kFooterSize)
+            return Stop(EndState::Truncated, m_recordOffset,
+                        "the file ends " + std::to_string(have) + " bytes into a record or the footer");
     }
     uint32_t const size = LoadU32(first);
     uint16_t const id = LoadU16(first + 4);

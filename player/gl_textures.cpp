@@ -2,6 +2,7 @@
 #include "player/arguments.h"
 #include "player/gl_player.h"
 #include "player/pixels.h"
+#include <GLES/gl.h>
 
 namespace nebtrace::player
 {
@@ -179,11 +180,26 @@ void CompressedTexImage2D(GlPlayer& player, Call const& call)
                                               call.Int("yoffset"), call.Int("width"), call.Int("height"),
                                               call.Word("format"), size, data);
 }
+
+// Mesa's driver takes as many units in OpenGL ES 1 as its shaders have, and brings the process down at the
+// texture matrix of one that the API itself lacks.
+void ActiveTexture(GlPlayer& player, Call const& call)
+{
+    GLint units = 0;
+    if (player.IsEs1())
+        player.Gl().glGetIntegerv(GL_MAX_TEXTURE_UNITS, &units);
+    bool const lacking = player.IsEs1() && call.Word("texture") - GL_TEXTURE0 >= static_cast<GLuint>(units);
+    if (!lacking)
+        player.PlayPlain(call);
+    else if (!call.Failed())
+        player.NotReplayed(call, "the driver has no such texture unit");
+}
 }  // namespace
 
 std::vector<GlEntry> GlTextureHandlers()
 {
-    return {{"glTexImage2D", TexImage2D},
+    return {{"glActiveTexture", ActiveTexture},
+            {"glTexImage2D", TexImage2D},
             {"glTexSubImage2D", TexSubImage2D},
             {"glTexImage3DOES", TexImage3D},
             {"glTexSubImage3DOES", TexSubImage3D},

@@ -1,4 +1,5 @@
 #include "core/trace_file_init.h"
+#include "core/critical_section.h"
 #include "core/trace_record_manager.h"
 #include <cstdio>
 
@@ -24,6 +25,15 @@ bool CTraceFileInit::WriteFileHeader()
 {
     if (!CTraceRecordManager::UpdateFileName())
         return false;
+    WriteHeaderFields();
+    std::fflush(nullptr);
+    return true;
+}
+
+// In one piece, like a record: other threads may be at one that was decided on before.
+void CTraceFileInit::WriteHeaderFields() const
+{
+    CCriticalSection const section;
     CTraceRecordManager::WriteData("NEBTrace", 8, 1);
     Write<uint32_t>(0xFFFE0100);
     Write<uint32_t>(14);  // the format's version
@@ -35,12 +45,11 @@ bool CTraceFileInit::WriteFileHeader()
         Write(entry);
     Write<uint32_t>(0);
     Write<uint32_t>(0);
-    std::fflush(nullptr);
-    return true;
 }
 
 bool CTraceFileInit::WriteFileFooter(SDataFooter footer)
 {
+    CCriticalSection const section;
     Write<uint8_t>(0x13);
     Write<uint8_t>(0x10);
     Write(footer);

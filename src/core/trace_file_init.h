@@ -27,5 +27,7 @@ public:
     bool m_bFrameBuffer = false;  // the header's frame-buffer flag
 
 private:
+    void WriteHeaderFields() const;
+
     uint8_t* m_pBuffer = nullptr;  // never filled
 };

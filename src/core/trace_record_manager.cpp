@@ -1,8 +1,9 @@
 #include "core/trace_record_manager.h"
 #include "core/config.h"
+#include "core/critical_section.h"
 #include "core/init_order.h"
-#include "core/trace_block.h"
 #include "support/log.h"
+#include "support/relaxed.h"
 #include <unistd.h>
 
 FILE* CTraceRecordManager::m_TraceFile = nullptr;
@@ -40,14 +41,12 @@ CNEBTString ExpandProcessId(CNEBTString name)
     return name;
 }
 
-class CCriticalSection
+// Another thread may be writing a record that was decided on before.
+uint64_t BytesWritten()
 {
-public:
-    CCriticalSection() { TraceEnterCriticalSection(); }
-    ~CCriticalSection() { TraceLeaveCriticalSection(); }
-    CCriticalSection(CCriticalSection const&) = delete;
-    CCriticalSection& operator=(CCriticalSection const&) = delete;
-};
+    CCriticalSection const section;
+    return CTraceRecordManager::m_uBytesWritten;
+}
 
 template <typename T>
 void CreateIfAbsent(T*& object)
@@ -199,17 +198,17 @@ void CTraceRecordManager::DeleteFileStructures()
 // When both GL APIs were used, only GLES2 is covered.
 void CTraceRecordManager::saveRenderStatePhase1()
 {
-    if (STraceConfig::m_bEGLUsed && m_EglFileState)
+    if (LoadRelaxed(STraceConfig::m_bEGLUsed) && m_EglFileState)
     {
         m_EglFileState->getRenderState();
         m_EglFileStateLastGet = *m_EglFileState;
     }
-    if (STraceConfig::m_bES1Used && !STraceConfig::m_bES2Used && m_Es1FileState)
+    if (LoadRelaxed(STraceConfig::m_bES1Used) && !LoadRelaxed(STraceConfig::m_bES2Used) && m_Es1FileState)
     {
         m_Es1FileState->getRenderState();
         m_Es1FileStateLastGet = *m_Es1FileState;
     }
-    if ((STraceConfig::m_bES2Used || STraceConfig::m_bES3Used) && m_Es2FileState)
+    if ((LoadRelaxed(STraceConfig::m_bES2Used) || STraceConfig::m_bES3Used) && m_Es2FileState)
     {
         if (m_EglFileState)
             m_Es2FileState->m_usClientVersion = static_cast<unsigned short>(m_EglFileState->m_iClientVersion);
@@ -220,15 +219,15 @@ void CTraceRecordManager::saveRenderStatePhase1()
 
 void CTraceRecordManager::saveRenderStatePhase2(bool bKeepPosition, bool bWriteFooter)
 {
-    uint64_t const position = bKeepPosition ? m_uBytesWritten : 0;
-    if (STraceConfig::m_bEGLUsed)
+    uint64_t const position = bKeepPosition ? BytesWritten() : 0;
+    if (LoadRelaxed(STraceConfig::m_bEGLUsed))
         m_EglFileStateLastGet.writeAsCalls();
-    if (STraceConfig::m_bES1Used && !STraceConfig::m_bES2Used)
+    if (LoadRelaxed(STraceConfig::m_bES1Used) && !LoadRelaxed(STraceConfig::m_bES2Used))
     {
         m_Es1FileStateLastGet.CombineTrack(m_Es1FileState);
         m_Es1FileStateLastGet.writeAsCalls();
     }
-    if (STraceConfig::m_bES2Used || STraceConfig::m_bES3Used)
+    if (LoadRelaxed(STraceConfig::m_bES2Used) || STraceConfig::m_bES3Used)
     {
         m_Es2FileStateLastGet.CombineTrack(m_Es2FileState);
         m_Es2FileStateLastGet.writeAsCalls(STraceConfig::m_optimizationRS, true);

@@ -3,6 +3,7 @@
 #include "core/init_order.h"
 #include "host/call_kind.h"
 #include "support/log.h"
+#include "support/relaxed.h"
 
 SEglHost* SEglHost::s_pInstance = nullptr;
 SEglHost* SEglHost::s_pInstancePlayback = nullptr;
@@ -62,7 +63,7 @@ SEs2Host::SEs2Host() : SHostLib(STraceConfig::Instance().m_es2LibraryPath)
 SEglHost* EglHost()
 {
     if (STraceConfig::UpdateRenderState())
-        STraceConfig::m_bEGLUsed = true;
+        StoreRelaxed(STraceConfig::m_bEGLUsed, true);
     if (!SEglHost::s_pInstance)
         SEglHost::s_pInstance = new SEglHost;
     return SEglHost::s_pInstance;
@@ -88,7 +89,7 @@ SEs1Host* Es1Host()
 SEs2Host* Es2Host()
 {
     if (STraceConfig::UpdateRenderState())
-        STraceConfig::m_bES2Used = true;
+        StoreRelaxed(STraceConfig::m_bES2Used, true);
     if (!SEs2Host::s_pInstance.Get())
     {
         SEs2Host::s_pInstance.Reset(new SEs2Host);

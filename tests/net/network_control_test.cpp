@@ -258,6 +258,20 @@ TEST_F(NetworkControl, ARecordingFromStartToStop)
     EXPECT_EQ(nullptr, CTraceRecordManager::m_TraceFile);
 }
 
+// A start that is read in the pass that finds the client comes ahead of the arming: the recording has no
+// header. A client waits for its first status.
+TEST_F(NetworkControl, AStartAheadOfTheFirstStatusHasNoHeader)
+{
+    CallLater();
+    Connect();
+    m_client.Send(Command(0x40));
+    while (!STraceConfig::m_netControl.bRecording)
+        CallLater();
+    Swap();
+    Call();
+    EXPECT_EQ(FlushRecord(), Written());
+}
+
 // The texts of the start, by level.
 TEST_F(NetworkControl, TheStartIsLogged)
 {

@@ -235,7 +235,7 @@ TEST_F(Es1SnapshotObjects, RenderbuffersComeBackWithTheirStorage)
     Es1::_glGenRenderbuffersOES(2, names);
     Es1::_glBindRenderbufferOES(GL_RENDERBUFFER, 21);
     Es1::_glBindRenderbufferOES(GL_RENDERBUFFER, 23);
-    Fake().On("glGetRenderbufferParameterivOES", [this](Call const& call) {
+    Fake().On("glGetRenderbufferParameterivOES", [](Call const& call) {
         bool const first = Fake().Calls("glBindRenderbufferOES").back().Argument<GLuint>(1) == 21;
         GLenum const name = call.Argument<GLenum>(1);
         *call.Pointer<GLint>(2) = !first ? 0 : name == 0x8D42 ? 64 : name == 0x8D43 ? 32 : 0x81A5;

@@ -354,61 +354,6 @@ TEST_F(Es1Snapshot, RasterStateIsAsTheHostSays)
     EXPECT_EQ(expected, From(Taken(), "glNormal3f", "glViewport"));
 }
 
-// With a palette its matrices stand between projection and the texture units. Each stack is selected and gets
-// its matrix; behind them stand the current palette matrix and the matrix mode. On purpose: the last unit
-// stays active.
-TEST_F(Es1Snapshot, MatricesHaveOneOrder)
-{
-    HostHasPalette();
-    HostAnswers(0x8842, 1);
-    HostAnswers(0x8843, 4);
-    HostAnswers(0x0BA0, 0x1702);
-    HostAnswersFloats(0x0BA6, std::vector<GLfloat>(16, 1.0f));
-    HostAnswersFloats(0x0BA7, std::vector<GLfloat>(16, 2.0f));
-    HostAnswersFloats(0x8840, std::vector<GLfloat>(16, 3.0f));
-    HostAnswersFloats(0x0BA8, std::vector<GLfloat>(16, 4.0f));
-    auto const load = [](char value) {
-        std::string line = "glLoadMatrixf(m = {";
-        for (int i = 0; i < 16; ++i)
-            line += std::string(i ? ", " : "") + value;
-        return line + "})";
-    };
-    Lines const expected = {"glMatrixMode(mode = GL_MODELVIEW)",
-                            load('1'),
-                            "glMatrixMode(mode = GL_PROJECTION)",
-                            load('2'),
-                            "glMatrixMode(mode = GL_MATRIX_PALETTE_OES)",
-                            "glCurrentPaletteMatrixOES(matrixpaletteindex = 0)",
-                            load('3'),
-                            "glMatrixMode(mode = GL_TEXTURE)",
-                            "glActiveTexture(texture = GL_TEXTURE0)",
-                            load('4'),
-                            "glMatrixMode(mode = GL_TEXTURE)",
-                            "glActiveTexture(texture = GL_TEXTURE1)",
-                            load('4'),
-                            "glCurrentPaletteMatrixOES(matrixpaletteindex = 4)",
-                            "glMatrixMode(mode = GL_TEXTURE)"};
-    EXPECT_EQ(expected, From(Taken(), "glMatrixMode", "glMatrixMode"));
-}
-
-// Where a depth is set, all matrices of the stack are written, bottom first, each pushed upon the one below.
-TEST_F(Es1Snapshot, ADeepStackIsWrittenFromItsBottom)
-{
-    Capture();
-    CEs1ContextState& frozen = CTraceRecordManager::m_Es1FileStateLastGet;
-    frozen.m_iaMatrixStackDepth[1] = 2;
-    for (int entry = 0; entry < 3; ++entry)
-        frozen.m_faMatrixStacks[1][entry][0] = static_cast<float>(entry + 5);
-    Lines const calls = From(Write(false), "glMatrixMode(mode = GL_PROJECTION)", "glActiveTexture");
-    ASSERT_LT(5u, calls.size());
-    EXPECT_EQ("glLoadMatrixf(m = {5, 0", calls[1].substr(0, 23));
-    EXPECT_EQ("glPushMatrix()", calls[2]);
-    EXPECT_EQ("glLoadMatrixf(m = {6, 0", calls[3].substr(0, 23));
-    EXPECT_EQ("glPushMatrix()", calls[4]);
-    EXPECT_EQ("glLoadMatrixf(m = {7, 0", calls[5].substr(0, 23));
-    EXPECT_EQ("glMatrixMode(mode = GL_TEXTURE)", calls[6]);
-}
-
 // The texture environments are asked for and have their place in the shadow, but no call is written of them.
 TEST_F(Es1Snapshot, TextureEnvironmentsAreNotWritten)
 {

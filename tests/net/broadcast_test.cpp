@@ -1,7 +1,8 @@
 // Discovery by broadcast. The datagrams stay on this machine: see system_calls.h.
 #include "net/broadcast.h"
-#include "tests/net/printed.h"
+
 #include "tests/net/system_calls.h"
+#include "tests/wrappers/recorder.h"
 #include <cstring>
 #include <gtest/gtest.h>
 #include <sys/resource.h>

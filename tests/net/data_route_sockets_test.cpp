@@ -1,8 +1,9 @@
 // Data routes over TCP, on loopback.
 #include "net/data_route_sockets.h"
 #include "tests/net/client.h"
-#include "tests/net/printed.h"
+
 #include "tests/net/system_calls.h"
+#include "tests/wrappers/recorder.h"
 #include <arpa/inet.h>
 #include <cerrno>
 #include <csignal>

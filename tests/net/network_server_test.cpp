@@ -1,8 +1,9 @@
 // The trace server by itself: its packets, its commands, its clock and what it does when nobody is there.
 #include "net/network_server.h"
 #include "tests/net/client.h"
-#include "tests/net/printed.h"
+
 #include "tests/net/system_calls.h"
+#include "tests/wrappers/recorder.h"
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>

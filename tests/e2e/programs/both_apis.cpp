@@ -1,5 +1,5 @@
-// Draws with OpenGL ES 1 and OpenGL ES 2 by turns, each into a surface of its own: both_apis FRAMES, half of them of
-// each API. All of a frame's state is set in the frame.
+// Draws with OpenGL ES 1 and OpenGL ES 2 by turns, each into a surface of its own: both_apis FRAMES, half of
+// them of each API. All of a frame's state is set in the frame.
 #include "linked_egl.h"
 #include <GLES/gl.h>
 #include <GLES2/gl2.h>

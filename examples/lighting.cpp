@@ -296,7 +296,7 @@ private:
 
     static void LeaveTextures()
     {
-        for (GLenum const unit : {GL_TEXTURE1, GL_TEXTURE0})
+        for (GLenum const unit : {GLenum{GL_TEXTURE1}, GLenum{GL_TEXTURE0}})
         {
             glActiveTexture(unit);
             glDisable(GL_TEXTURE_2D);
@@ -308,7 +308,7 @@ private:
         auto const change = enabled ? glEnableClientState : glDisableClientState;
         change(GL_VERTEX_ARRAY);
         change(GL_NORMAL_ARRAY);
-        for (GLenum const unit : {GL_TEXTURE0, GL_TEXTURE1})
+        for (GLenum const unit : {GLenum{GL_TEXTURE0}, GLenum{GL_TEXTURE1}})
         {
             glClientActiveTexture(unit);
             change(GL_TEXTURE_COORD_ARRAY);

@@ -115,9 +115,9 @@ private:
         glBindTexture(GL_TEXTURE_2D, m_picture);
         glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, kTargetSize, kTargetSize, 0, GL_RGBA, GL_UNSIGNED_BYTE,
                      nullptr);
-        for (GLenum const filter : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER})
+        for (GLenum const filter : {GLenum{GL_TEXTURE_MIN_FILTER}, GLenum{GL_TEXTURE_MAG_FILTER}})
             glTexParameteri(GL_TEXTURE_2D, filter, GL_LINEAR);
-        for (GLenum const wrap : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T})
+        for (GLenum const wrap : {GLenum{GL_TEXTURE_WRAP_S}, GLenum{GL_TEXTURE_WRAP_T}})
             glTexParameterf(GL_TEXTURE_2D, wrap, GL_CLAMP_TO_EDGE);
         m_gl.genRenderbuffers(1, &m_depth);
         m_gl.bindRenderbuffer(GL_RENDERBUFFER_OES, m_depth);
@@ -240,10 +240,12 @@ private:
         glEnable(GL_ALPHA_TEST);
         glPointSizePointerOES(GL_FLOAT, 0, sizes);
         glColorPointer(4, GL_UNSIGNED_BYTE, 0, colors);
-        for (GLenum const array : {GL_VERTEX_ARRAY, GL_COLOR_ARRAY, GL_POINT_SIZE_ARRAY_OES})
+        for (GLenum const array :
+             {GLenum{GL_VERTEX_ARRAY}, GLenum{GL_COLOR_ARRAY}, GLenum{GL_POINT_SIZE_ARRAY_OES}})
             glEnableClientState(array);
         examples::DrawArrays(GL_POINTS, 0, kSprites);
-        for (GLenum const array : {GL_VERTEX_ARRAY, GL_COLOR_ARRAY, GL_POINT_SIZE_ARRAY_OES})
+        for (GLenum const array :
+             {GLenum{GL_VERTEX_ARRAY}, GLenum{GL_COLOR_ARRAY}, GLenum{GL_POINT_SIZE_ARRAY_OES}})
             glDisableClientState(array);
         glDisable(GL_ALPHA_TEST);
         glDisable(GL_BLEND);

@@ -33,8 +33,6 @@ bool EnterPressed()
     return poll(&input, 1, 0) > 0 && read(STDIN_FILENO, text, sizeof text) >= 0;
 }
 
-bool IsHeld(State state) { return state == State::Waiting || state == State::Held; }
-
 // Connected, and with a first word on the application's state.
 class Client
 {
@@ -108,7 +106,7 @@ void Recording::Begin()
                         "the other recording did not end");
     }
     if (IsHeld(m_client->LastState()))
-        m_client->Do(Command::Resume);
+        m_client->Release();
     m_client->Divert(&m_stream);
     m_client->Do(Command::Start);
     m_began = Clock::now();
@@ -201,14 +199,14 @@ void Pause(Options const& options)
     };
     while (!isOver() && !Interrupted())
         client->Listen(kSlice);
-    client->Do(Command::Resume);
+    client->Release();
     client.Say("goes on");
 }
 
 void Resume(Options const& options)
 {
     Client client(options);
-    client->Do(Command::Resume);
+    client->Release();
     client.Say("goes on");
 }
 

@@ -303,6 +303,38 @@ class Client(ScratchTest):
 
         self.assertEqual(self.remote(script, "resume").returncode, 0)
 
+    # A resume that was read on the way into the hold is acknowledged and lost. What the application says next tells:
+    # the first word may be from before the command, the second is not.
+    def test_a_resume_that_was_lost_is_sent_again(self):
+        def script(server):
+            server.send(status(WAITING))
+            server.expect(RESUME)
+            server.send(acknowledge(RESUME), status(WAITING), status(WAITING))
+            for command in (PAUSE, RESUME):
+                server.expect(command)
+                server.send(acknowledge(command))
+            server.send(status(WAITING), status(RUNNING))
+            server.expect_end()
+
+        done = self.remote(script, "resume")
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertRegex(done.stdout, r": goes on\n$")
+
+    # An application that stays held is not called free.
+    def test_an_application_that_does_not_go_on_is_an_error(self):
+        def script(server):
+            server.send(status(WAITING))
+            for command in (RESUME, PAUSE, RESUME, RESUME):
+                server.expect(command)
+                server.send(acknowledge(command))
+                if command == RESUME:
+                    server.send(status(WAITING), status(HELD))
+            server.expect_end()
+
+        done = self.remote(script, "resume")
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(done.stderr, "nebtrace: the application was told to go on, and does not\n")
+
     # Where nobody listens, that is the answer, unless it is asked to wait.
     def test_nobody_there_is_an_error(self):
         with socket.create_server(("127.0.0.1", 0)) as free:

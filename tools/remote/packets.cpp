@@ -59,6 +59,8 @@ char const* StateName(State state)
     }
 }
 
+bool IsHeld(State state) { return state == State::Waiting || state == State::Held; }
+
 void PacketReader::Feed(uint8_t const* data, size_t size)
 {
     m_bytes.insert(m_bytes.end(), data, data + size);

@@ -36,6 +36,7 @@ enum class State : uint8_t
 
 // "recording"; "unknown" for another byte.
 char const* StateName(State state);
+bool IsHeld(State state);
 
 struct Packet
 {

@@ -61,6 +61,7 @@ void Session::Take(Packet const& packet)
         break;
     case Packet::Kind::Acknowledge:
         m_acknowledged = packet.value;
+        m_statesBefore = m_states;
         break;
     }
 }
@@ -96,6 +97,40 @@ void Session::Do(Command command)
         throw CommandFailed("connection lost: " + m_connection->Error());
     Await([&] { return m_acknowledged == static_cast<uint8_t>(command); },
           std::string(CommandName(command)) + " was not acknowledged");
+}
+
+// An acknowledged resume can be lost: one that a thread reads on its way into the hold is not followed. And
+// an application that a client left while it was held runs, but says that it waits until it is paused and
+// resumed.
+void Session::Release()
+{
+    for (bool const pausedFirst : {false, true, false})
+    {
+        if (pausedFirst)
+            Do(Command::Pause);
+        Do(Command::Resume);
+        // The first word from now on may be from before the command.
+        if (!HearsStates(1) || !HearsStates(2) || !IsHeld(m_state))
+            return;
+    }
+    throw CommandFailed("the application was told to go on, and does not");
+}
+
+// Whether as many words on the state come behind the last acknowledgement. A held application has one every
+// second. One that is silent, or gone, goes on.
+bool Session::HearsStates(uint64_t count)
+{
+    constexpr std::chrono::seconds kSilence{3};
+    Clock::time_point const last = Clock::now() + kSilence;
+    auto const heard = [&] { return m_states >= m_statesBefore + count; };
+    try
+    {
+        while (!heard() && Clock::now() < last)
+            Listen(kSlice);
+    } catch (CommandFailed const&)
+    {
+    }
+    return heard();
 }
 
 uint64_t Session::Divert(TraceStream* stream)

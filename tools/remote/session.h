@@ -41,6 +41,8 @@ public:
     }
     // Sends a command and waits for its acknowledgement.
     void Do(Command command);
+    // Lets the application go on, and sees to it that it does.
+    void Release();
 
     State LastState() const { return m_state; }
     bool KnowsState() const { return m_states != 0; }
@@ -51,6 +53,7 @@ public:
 
 private:
     void Take(Packet const& packet);
+    bool HearsStates(uint64_t count);
     [[noreturn]] void FailForSilence(std::string const& what) const;
 
     std::unique_ptr<Connection> m_connection;
@@ -58,6 +61,7 @@ private:
     State m_state = State::Running;
     uint64_t m_states = 0;  // status packets
     uint8_t m_acknowledged = 0;
+    uint64_t m_statesBefore = 0;  // the last acknowledgement
     TraceStream* m_stream = nullptr;
     uint64_t m_dropped = 0;
 };

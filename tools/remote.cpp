@@ -83,9 +83,11 @@ public:
     void Run();
 
 private:
+    void Follow();
     void Begin();
     bool IsOver() const;
     void End();
+    void BeginAnew();
     void Report();
 
     Client& m_client;
@@ -93,6 +95,15 @@ private:
     TraceStream m_stream;
     Clock::time_point m_began;
 };
+
+void Recording::Follow()
+{
+    Progress progress(m_stream.Path());
+    for (Begin(); !IsOver(); m_client->Listen(kSlice))
+        progress.Show(m_client->LastState(), m_stream);
+    End();
+    progress.Show(m_client->LastState(), m_stream);
+}
 
 // An application that is held takes no start: it is let go on first. What another client began and did not
 // end is ended, and is not this recording's.
@@ -125,13 +136,24 @@ bool Recording::IsOver() const
 void Recording::End()
 {
     m_client->Do(Command::Stop);
-    uint64_t const states = m_client->StatesSeen() + 1;
     m_client->Await(
         [&] {
-            bool const over = m_client->StatesSeen() > states && m_client->LastState() == State::Running;
+            bool const over = m_client->StatesHeard() > 1 && m_client->LastState() == State::Running;
             return m_stream.AtFooter() || over;
         },
         "the end of the recording did not come");
+}
+
+// What threads write behind the end of a recording stays with the recorder, and comes ahead of the next one's
+// header. A stop brings it out, also where nothing is on to be stopped.
+void Recording::BeginAnew()
+{
+    m_client.Say("the rest of another recording came first: it is dropped, and the recording begun anew");
+    m_client->Divert(nullptr);
+    m_client->Do(Command::Stop);
+    m_stream.Close();
+    m_stream = TraceStream(m_stream.Path());
+    Follow();
 }
 
 void Recording::Report()
@@ -150,11 +172,9 @@ void Recording::Run()
     bool lost = false;
     try
     {
-        Progress progress(m_stream.Path());
-        for (Begin(); !IsOver(); m_client->Listen(kSlice))
-            progress.Show(m_client->LastState(), m_stream);
-        End();
-        progress.Show(m_client->LastState(), m_stream);
+        Follow();
+        if (m_stream.LacksBeginning() && !Interrupted())
+            BeginAnew();
     } catch (CommandFailed const& failed)
     {
         // An application that ends writes the recording's end on its way.
@@ -173,9 +193,13 @@ void Record(Options const& options)
     Client client(options);
     for (unsigned number = 1; number <= options.times && !Interrupted(); ++number)
     {
-        // What it last said of its state is from before the end of the recording.
         if (number > 1)
+        {
+            // What is left of the last one comes now, and not ahead of the next. What was last said of the
+            // state may be from before its end.
+            client->Do(Command::Stop);
             client->AwaitState();
+        }
         Recording(client, options, NumberedFile(options.output, number)).Run();
     }
 }

@@ -167,13 +167,57 @@ class Client(ScratchTest):
         self.assertIn("another client began", done.stdout)
         self.assertEqual(self.content("far.nebt"), frames + ending(len(frames)))
 
-    # Each recording of one connection has a file of its own.
+    # What other threads wrote behind the end of the last recording comes ahead of the next one's header. It is not this
+    # recording's: that is begun anew, once, and the file has none of it.
+    def test_what_the_last_recording_left_is_not_in_the_next(self):
+        frames = HEADER + FLUSH + SWAP
+
+        def script(server):
+            server.send(status(RUNNING))
+            server.expect(START)
+            server.send(acknowledge(START), data(FLUSH + HEADER + SWAP))
+            server.expect(STOP)
+            server.send(acknowledge(STOP), data(ending(500)), status(RECORDING), status(RUNNING))
+            server.expect(STOP)
+            server.send(data(FLUSH), acknowledge(STOP))
+            server.expect(START)
+            server.send(acknowledge(START), data(frames))
+            server.expect(STOP)
+            server.send(acknowledge(STOP), data(ending(len(frames))))
+
+        done = self.remote(script, "record", "--frames", "1", "-o", "far.nebt")
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertEqual(self.content("far.nebt"), frames + ending(len(frames)))
+        self.assertEqual(done.stdout.count("recorded far.nebt: "), 1)
+
+    # A stream that never begins is not tried for ever.
+    def test_a_recording_without_a_beginning_is_begun_anew_only_once(self):
+        def script(server):
+            server.send(status(RUNNING))
+            for attempt in range(2):
+                if attempt > 0:
+                    server.expect(STOP)
+                    server.send(acknowledge(STOP))
+                server.expect(START)
+                server.send(acknowledge(START), data(FLUSH + HEADER + SWAP))
+                server.expect(STOP)
+                server.send(acknowledge(STOP), data(ending(500)), status(RECORDING), status(RUNNING))
+            server.expect_end()
+
+        done = self.remote(script, "record", "--frames", "1", "-o", "far.nebt")
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(done.stderr, "nebtrace: far.nebt: the beginning of the trace is missing\n")
+
+    # Each recording of one connection has a file of its own, without what threads wrote behind the end of the last.
     def test_a_second_recording_goes_to_a_second_file(self):
         first, second = HEADER + SWAP, HEADER + FLUSH + SWAP
 
         def script(server):
             server.send(status(RUNNING))
             for frames in (first, second):
+                if frames is second:
+                    server.expect(STOP)
+                    server.send(data(FLUSH), acknowledge(STOP), status(RUNNING))
                 server.expect(START)
                 server.send(acknowledge(START), status(RECORDING), data(frames))
                 server.expect(STOP)

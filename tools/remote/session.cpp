@@ -85,8 +85,7 @@ void Session::FailForSilence(std::string const& what) const
 
 State Session::AwaitState()
 {
-    uint64_t const before = m_states;
-    Await([&] { return m_states != before; }, "no word from the application");
+    Await([&] { return StatesHeard() != 0; }, "no word from the application");
     return m_state;
 }
 
@@ -122,15 +121,14 @@ bool Session::HearsStates(uint64_t count)
 {
     constexpr std::chrono::seconds kSilence{3};
     Clock::time_point const last = Clock::now() + kSilence;
-    auto const heard = [&] { return m_states >= m_statesBefore + count; };
     try
     {
-        while (!heard() && Clock::now() < last)
+        while (StatesHeard() < count && Clock::now() < last)
             Listen(kSlice);
     } catch (CommandFailed const&)
     {
     }
-    return heard();
+    return StatesHeard() >= count;
 }
 
 uint64_t Session::Divert(TraceStream* stream)

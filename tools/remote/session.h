@@ -25,7 +25,7 @@ public:
 
     // Takes what comes within the given time.
     void Listen(std::chrono::milliseconds time);
-    // Waits for the next word on the application's state.
+    // Waits for a word on the application's state behind the last acknowledgement.
     State AwaitState();
     // Waits until something is so; `what` completes "... within 10 s".
     template <typename Done>
@@ -46,7 +46,8 @@ public:
 
     State LastState() const { return m_state; }
     bool KnowsState() const { return m_states != 0; }
-    uint64_t StatesSeen() const { return m_states; }
+    // Status packets since the last acknowledgement.
+    uint64_t StatesHeard() const { return m_states - m_statesBefore; }
     uint64_t Repeated() const { return m_connection->Repeated(); }
     // Where the trace goes from now on; null drops it. Returns how many bytes were dropped so far.
     uint64_t Divert(TraceStream* stream);

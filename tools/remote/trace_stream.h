@@ -28,6 +28,8 @@ public:
     bool AtFooter() const;
     // What cannot be part of a trace, and where: bytes are missing ahead of it. Empty while all is well.
     std::string const& Gap() const { return m_gap; }
+    // Whether the gap is at the very beginning: no header came first.
+    bool LacksBeginning() const { return !m_gap.empty() && !m_pastHeader; }
 
 private:
     bool Step();

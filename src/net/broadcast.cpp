@@ -14,7 +14,7 @@ namespace
 constexpr unsigned short kPort = 6522;
 constexpr char kHello[] = {'h', 'e', 'l', 'l', 'o'};
 
-// `format` has one %s, for the system's text.
+// Behind `what`, the system's text.
 void LogFailure(char const* what) { LogMessage("\n%s whoops: %s\n", what, std::strerror(errno)); }
 
 sockaddr_in AddressOf(in_addr_t host)

@@ -15,14 +15,11 @@
 namespace
 {
 
-// The same in the children of a test, and of the same length in each run: a name has 255 bytes at most.
-std::string const& Prefix()
-{
-    static std::string const prefix = "nebtest." + std::to_string(10000000 + getpid()) + ".";
-    return prefix;
-}
+// Made ahead of all tests, so that it is the same in their children; and of the same length in each run,
+// since a name has 255 bytes at most.
+std::string const g_prefix = "nebtest." + std::to_string(10000000 + getpid()) + ".";
 
-std::string Prefixed(char const* name) { return "/" + Prefix() + (*name == '/' ? name + 1 : name); }
+std::string Prefixed(char const* name) { return "/" + g_prefix + (*name == '/' ? name + 1 : name); }
 
 template <typename Function>
 Function Real(char const* name)
@@ -88,8 +85,8 @@ std::vector<std::string> Objects()
 {
     std::vector<std::string> names;
     for (auto const& entry : std::filesystem::directory_iterator("/dev/shm"))
-        if (std::string const name = entry.path().filename(); name.compare(0, Prefix().size(), Prefix()) == 0)
-            names.push_back("/" + name.substr(Prefix().size()));
+        if (std::string const name = entry.path().filename(); name.compare(0, g_prefix.size(), g_prefix) == 0)
+            names.push_back("/" + name.substr(g_prefix.size()));
     std::sort(names.begin(), names.end());
     return names;
 }

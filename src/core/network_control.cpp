@@ -50,10 +50,11 @@ void GoOnUnrecorded()
     STraceConfig::m_renderStateWritten = false;
 }
 
+// Without a client only when the server has ended meanwhile, and none will come.
 SNetStatus WaitForClient()
 {
     SNetStatus status{};
-    while (!status.bConnected)
+    while (!status.bConnected && !STraceConfig::m_networkInstance->HasEnded())
     {
         {
             CLastingLock const lock(ControlMutex());
@@ -187,7 +188,7 @@ bool IsReentered()
 
 EDecision Decide()
 {
-    if (IsReentered())
+    if (IsReentered() || STraceConfig::m_networkInstance->HasEnded())
         return EDecision::Drop;
     SNetStatus status = AskServer();
     if (!status.bConnected && !STraceConfig::m_bNetworkWait)
@@ -197,6 +198,8 @@ EDecision Decide()
     }
     if (!status.bConnected)
         status = WaitForClient();
+    if (!status.bConnected)
+        return EDecision::Drop;
     if (ClientHoldsTheApplication() && !WaitForResume(status))
         return EDecision::AskAgain;
     CLastingLock const lock(ControlMutex());

@@ -31,7 +31,7 @@ class CServerLock
 {
 public:
     explicit CServerLock(CNetworkServer const* server, CLastingLock::EMode mode = CLastingLock::EMode::Wait)
-        : m_lock(ServerMutex(), mode), m_bUsable(m_lock.Entered() && s_pGone != server)
+        : m_lock(ServerMutex(), mode), m_bUsable(m_lock.Entered() && !server->HasEnded())
     {
     }
     explicit operator bool() const { return m_bUsable; }
@@ -61,7 +61,7 @@ CNetworkServer* CNetworkServer::Instance()
 
 CNetworkServer::CNetworkServer() : m_port(kServerPort)
 {
-    if (s_pGone == this)
+    if (HasEnded())
         s_pGone = nullptr;
     m_sendBuffer.reserve(kReserved);
 }
@@ -79,6 +79,8 @@ CNetworkServer::~CNetworkServer()
     delete m_pHerd;
     s_pGone = this;
 }
+
+bool CNetworkServer::HasEnded() const { return s_pGone == this; }
 
 bool CNetworkServer::InitializeServer()
 {
@@ -248,7 +250,7 @@ CNetworkServer::SNetStatus CNetworkServer::CheckStatus(SNetControl const& contro
     if (!lock)
     {
         // Another thread is at it, and can be held up by the client. This call is not: nothing is new for it.
-        status.bConnected = s_pGone != this && m_bClientConnected;
+        status.bConnected = !HasEnded() && m_bClientConnected;
         return status;
     }
     m_control = control;

@@ -66,6 +66,9 @@ public:
     void BroadCastIp();
     void SendWaitingPlayClient();
 
+    // Whether it has been destroyed: no client comes any more. Calls still do, while the process ends.
+    bool HasEnded() const;
+
     // In the child of a fork: leaves a connection that the parent uses to it. Returns whether there was one.
     bool AbandonAfterFork();
 

@@ -173,6 +173,35 @@ TEST_F(NetworkControl, NetworkWaitOutlivesManyClients)
     EXPECT_EQ(1u, HostCalls("glFlush"));
 }
 
+// No client comes any more once the server has ended: calls on the process's way out are not held, and a
+// thread that waits for a client is let go.
+TEST_F(NetworkControl, TheEndOfTheServerHoldsNobody)
+{
+    STraceConfig::m_bNetworkWait = true;
+    for (int const endInSleep : {0, 1})
+    {
+        pid_t const child = fork();
+        if (child == 0)
+        {
+            STraceConfig::m_bPreventSaving = false;  // whatever a test before has recorded
+            CNetworkServer* const server = STraceConfig::m_networkInstance;
+            int slept = 0;
+            systemcalls::OnSleep([&] {
+                if (++slept > endInSleep)
+                    _exit(1);
+                server->~CNetworkServer();
+            });
+            if (endInSleep == 0)
+                server->~CNetworkServer();
+            Call();
+            _exit(HostCalls("glFlush") == 1 && slept == endInSleep ? 0 : 2);
+        }
+        int result = -1;
+        ASSERT_EQ(child, waitpid(child, &result, 0));
+        EXPECT_EQ(0, result) << endInSleep;
+    }
+}
+
 // A client killed in a recording: the application runs on unrecorded; the next client gets the rest of the
 // recording without a header, and can end it.
 TEST_F(NetworkControl, AClientKilledInARecordingAndBack)

@@ -39,6 +39,7 @@ int ReceiveWord(CDataPath& path, uint32_t& word)
     return received;
 }
 
+// On purpose: neither word has a description. The server reads them ahead of the first block.
 bool Greet(SSPSCommsData& comms)
 {
     CDataPath& path = *comms.pDataPath;
@@ -57,6 +58,7 @@ bool IsConnected(SSPSCommsData& comms)
     return Greet(comms);
 }
 
+// On purpose: what came last is fetched first, but an item keeps the place of its first change.
 void MarkDirty(SSPSCommsData& comms, SCommsItem& item)
 {
     if (item.bDirty)

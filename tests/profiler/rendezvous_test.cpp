@@ -118,6 +118,17 @@ TEST_F(Rendezvous, ATakerWithoutRingsIsForgotten)
     EXPECT_EQ((Bytes{2, 0, 0, 0}), Ticket());
 }
 
+// Whatever name the rendezvous has, the server looks for rings under the one base name.
+TEST_F(Rendezvous, TheServersRingsHaveTheOneBaseName)
+{
+    ASSERT_TRUE(herd.initialise("/other"));
+    client->DataOpenClient("/other");
+    ASSERT_EQ(1, client->DataOpenClientTryAccept());
+    EXPECT_EQ(32768, sharedmemory::SizeOf("/other1U0d"));
+    EXPECT_EQ(nullptr, herd.poll());
+    EXPECT_EQ("\nConnection attempt on 1\nMem open error.\n", messages.text);
+}
+
 // A client whose rings cannot be made puts nothing in the way of its next attempt.
 TEST_F(Rendezvous, AFailedAttemptIsCleanedUpByTheNext)
 {

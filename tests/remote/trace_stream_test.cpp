@@ -91,15 +91,42 @@ TEST(TraceStream, MissingBytesAreAGap)
 TEST(TraceStream, TheFileIsWhatCame)
 {
     std::string const path = testing::TempDir() + "trace_stream_" + std::to_string(getpid());
-    std::string const all = Recording().All() + "and more that is no record";
+    std::string const whole = Recording().All();
+    for (std::string const& all : {whole, whole.substr(0, 100) + "and more that is no record"})
     {
-        TraceStream stream(path);
-        AddInPieces(stream, all, 7);
-        stream.Close();
+        {
+            TraceStream stream(path);
+            AddInPieces(stream, all, 7);
+            stream.Close();
+        }
+        std::ifstream file(path, std::ios::binary);
+        EXPECT_EQ(all, std::string(std::istreambuf_iterator<char>(file), {}));
+        std::remove(path.c_str());
     }
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_EQ(all, std::string(std::istreambuf_iterator<char>(file), {}));
-    std::remove(path.c_str());
+}
+
+// Calls of other threads that were under way at the end of a recording are written behind it. They are left
+// out: a trace's footer is the last thing in it.
+TEST(TraceStream, NothingStandsBehindTheFooter)
+{
+    std::string const path = testing::TempDir() + "trace_stream_" + std::to_string(getpid());
+    std::string const whole = Recording().All();
+    Trace late;
+    late.Thread(8).Flush();
+    std::string const all = whole + late.All().substr(62);
+    for (size_t const size : {size_t{1}, size_t{7}, whole.size(), all.size()})
+    {
+        SCOPED_TRACE(size);
+        TraceStream stream(path);
+        AddInPieces(stream, all, size);
+        EXPECT_TRUE(stream.AtFooter());
+        EXPECT_EQ("", stream.Gap());
+        EXPECT_EQ(whole.size(), stream.Bytes());
+        stream.Close();
+        std::ifstream file(path, std::ios::binary);
+        EXPECT_EQ(whole, std::string(std::istreambuf_iterator<char>(file), {}));
+        std::remove(path.c_str());
+    }
 }
 
 // A recorder without a file of its own gives no place for the state at the end: the file here has it.

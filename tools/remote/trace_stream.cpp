@@ -5,6 +5,8 @@
 #include "trace/layout.h"
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 using namespace nebtrace;
 
@@ -37,6 +39,8 @@ TraceStream::TraceStream(std::string path) : m_path(std::move(path))
 
 void TraceStream::Add(std::vector<uint8_t> const& bytes)
 {
+    if (AtFooter())
+        return;
     m_bytes += bytes.size();
     if (m_file.is_open() && !m_file.write(reinterpret_cast<char const*>(bytes.data()),
                                           static_cast<std::streamsize>(bytes.size())))
@@ -49,6 +53,12 @@ void TraceStream::Add(std::vector<uint8_t> const& bytes)
     m_pending.insert(m_pending.end(), bytes.begin() + static_cast<std::ptrdiff_t>(skipped), bytes.end());
     while (m_gap.empty() && Step())
     {
+    }
+    if (AtFooter() && m_pending.size() > kFooterSize)
+    {
+        m_bytes -= m_pending.size() - kFooterSize;
+        m_pending.resize(kFooterSize);
+        m_tooLong = true;
     }
 }
 
@@ -64,7 +74,10 @@ void TraceStream::Close()
             m_file.put(static_cast<char>(m_endState >> shift));
     }
     m_file.close();
-    if (m_file.fail())
+    std::error_code error;
+    if (m_tooLong)
+        std::filesystem::resize_file(m_path, m_bytes, error);
+    if (m_file.fail() || error)
         throw CommandFailed("cannot write " + m_path);
 }
 
@@ -126,7 +139,7 @@ void TraceStream::NoteState(uint16_t id)
 
 bool TraceStream::AtFooter() const
 {
-    if (!m_pastHeader || m_skip != 0 || m_pending.size() != kFooterSize || m_pending[0] != kFooterFirst ||
+    if (!m_pastHeader || m_skip != 0 || m_pending.size() < kFooterSize || m_pending[0] != kFooterFirst ||
         m_pending[1] != kFooterSecond)
         return false;
     uint64_t const position = LoadU32(m_pending.data() + kPositionOffset) |

@@ -24,7 +24,8 @@ public:
     std::string const& Path() const { return m_path; }
     uint64_t Bytes() const { return m_bytes; }
     uint64_t Frames() const { return m_frames; }
-    // Whether what came last is the end of a recording: nothing but its footer stands behind the last record.
+    // Whether the end of the recording has come. What comes behind it, calls of other threads that were under
+    // way, is left out.
     bool AtFooter() const;
     // What cannot be part of a trace, and where: bytes are missing ahead of it. Empty while all is well.
     std::string const& Gap() const { return m_gap; }
@@ -46,6 +47,7 @@ private:
     uint64_t m_skip = 0;    // bytes of a payload that are still to come
     uint64_t m_frames = 0;
     bool m_pastHeader = false;
+    bool m_tooLong = false;       // the file has bytes behind the footer
     std::set<uint64_t> m_states;  // offsets of the markers of a captured state
     bool m_inState = false;
     uint64_t m_endState = 0;      // where the state begins that no call follows; 0 if there is none

@@ -55,8 +55,11 @@ class Background:
 
 
 class RoundTrip(ScratchTest):
-    def start(self, *options, example="cube", frames=1000000):
-        """An example under the recorder's server, which draws until it is ended."""
+    def start(self, *options, example="cube_map", frames=1000000):
+        """An example under the recorder's server, which draws until it is ended. The state is captured in the middle of
+        a frame, and what the rest of that frame puts back (the winding that `cube` turns for its mirror, say) is in no
+        record: `cube_map` leaves nothing to be put back, so that its first frame is right wherever the capture falls.
+        """
         return Background(self, NEBTRACE, "record", "--network", "--save-frames", *options, "--",
                           os.path.join(BUILD, "examples", example), "--frames", str(frames), *SIZE)
 
@@ -81,7 +84,7 @@ class RoundTrip(ScratchTest):
     # The whole road: the middle of a run, over the network, with the state at the file's end. What comes over the
     # network is what the recorder writes on the device, byte for byte.
     def test_a_remote_recording_is_the_file_on_the_device_and_replays(self):
-        for example in ("cube", "lighting"):
+        for example in ("cube_map", "lighting"):
             with self.subTest(example=example):
                 application = self.start("-o", "device.nebt", "--force", example=example)
                 self.record_remotely("--frames", "5", "-o", "far.nebt")

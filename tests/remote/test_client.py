@@ -1,8 +1,10 @@
 """`nebtrace remote` against a server that plays a script: what it sends, and what it makes of what comes."""
 
 import os
+import pty
 import socket
 import struct
+import subprocess
 import sys
 import threading
 import unittest
@@ -133,6 +135,84 @@ class Client(ScratchTest):
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertRegex(done.stdout, r"(?m)^far.nebt: recording, \d+ frames, [\d.]+ (bytes|kB), [\d.]+ \w+/s$")
         self.assertNotIn("\r", done.stdout)
+
+    # On a terminal the progress is one line, written over.
+    def test_progress_on_a_terminal_is_one_line(self):
+        frames = HEADER + SWAP
+
+        def script(server):
+            server.send(status(RUNNING))
+            server.expect(START)
+            server.send(acknowledge(START), status(RECORDING), data(frames))
+            server.expect(STOP)
+            server.send(acknowledge(STOP), data(ending(len(frames))))
+
+        server = Server(script)
+        server.start()
+        ours, theirs = pty.openpty()
+        with subprocess.Popen([NEBTRACE, "remote", f"127.0.0.1:{server.port}", "record", "--frames", "1"],
+                              cwd=self.folder, env=self.environment, stdin=subprocess.DEVNULL, stdout=theirs) as client:
+            os.close(theirs)
+            shown = b""
+            try:
+                while part := os.read(ours, 4096):
+                    shown += part
+            except OSError:  # the terminal's other side is closed
+                pass
+            self.assertEqual(client.wait(60), 0)
+        os.close(ours)
+        server.join(60)
+        self.assertIsNone(server.failure)
+        self.assertRegex(shown, rb"\rtrace\.nebt: recording, \d+ frames, [^\n]*/s\x1b\[K")
+        self.assertIn(b"\nrecorded trace.nebt: ", shown.replace(b"\r", b""))
+
+    # --until-enter ends with a line of input, or with the input.
+    def test_enter_ends_a_recording(self):
+        frames = HEADER + SWAP
+        for text in ("\n", ""):
+            with self.subTest(input=text):
+                recording = threading.Event()
+
+                def script(server, recording=recording):
+                    server.send(status(RUNNING))
+                    server.expect(START)
+                    server.send(acknowledge(START), data(frames), status(RECORDING))
+                    recording.set()
+                    server.expect(STOP)
+                    server.send(acknowledge(STOP), data(ending(len(frames))))
+
+                server = Server(script)
+                server.start()
+                with subprocess.Popen(
+                        [NEBTRACE, "remote", f"127.0.0.1:{server.port}", "record", "--until-enter", "-o", "far.nebt"],
+                        cwd=self.folder, env=self.environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                        text=True) as client:
+                    self.assertTrue(recording.wait(60))
+                    printed, _ = client.communicate(text, timeout=60)
+                server.join(60)
+                self.assertIsNone(server.failure)
+                self.assertEqual(client.returncode, 0, printed)
+                self.assertEqual(self.content("far.nebt"), frames + ending(len(frames)))
+
+    # --wait tries until there is somebody, and then waits for a first word for as long as it takes.
+    def test_wait_tries_until_the_application_is_up(self):
+        with socket.socket() as held:
+            held.bind(("127.0.0.1", 0))  # bound, and not yet listening: connections are refused
+            port = held.getsockname()[1]
+            with subprocess.Popen([NEBTRACE, "remote", "--wait", "--timeout", "1", f"127.0.0.1:{port}", "status"],
+                                  cwd=self.folder, env=self.environment, stdout=subprocess.PIPE,
+                                  stderr=subprocess.PIPE, text=True) as client:
+                with self.assertRaises(subprocess.TimeoutExpired):
+                    client.wait(0.5)
+                held.listen()
+                held.settimeout(60)
+                connection, _ = held.accept()
+                with connection:
+                    with self.assertRaises(subprocess.TimeoutExpired):
+                        client.wait(1.5)
+                    connection.sendall(status(RUNNING))
+                    self.assertEqual(client.communicate(timeout=60)[0], f"127.0.0.1:{port}: running\n")
+                self.assertEqual(client.returncode, 0)
 
     # A held application takes no start: it is let go on first.
     def test_a_held_application_is_released_ahead_of_the_start(self):

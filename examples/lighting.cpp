@@ -1,5 +1,6 @@
 // Three turning solids under two lights, of a material each, in fog, on a ground of two texture units: a
 // pattern that wanders by a texture matrix, and a spot that is combined with it.
+#include "matrix.h"
 #include "support.h"
 #include <GLES/gl.h>
 #include <array>
@@ -7,6 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <vector>
+
+using examples::Multiply;
 
 namespace
 {
@@ -153,9 +156,7 @@ public:
         glMatrixMode(GL_PROJECTION);
         float const aspect = static_cast<float>(width) / static_cast<float>(height);
         glFrustumf(-0.5F * aspect, 0.5F * aspect, -0.5F, 0.5F, 1, 20);
-        glMatrixMode(GL_MODELVIEW);
-        glTranslatef(0, 0, -4);
-        glRotatef(14, 1, 0, 0);
+        LookAtScene();
         glClearColor(0.45F, 0.52F, 0.60F, 1);
         glEnable(GL_DEPTH_TEST);
         glDepthFunc(GL_LEQUAL);
@@ -171,6 +172,7 @@ public:
     void DrawFrame(int frame) override
     {
         float const turn = static_cast<float>(frame) * 4;
+        BeginFrame();
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
         DrawGround(turn);
         for (int i = 0; i < 3; ++i)
@@ -178,6 +180,24 @@ public:
     }
 
 private:
+    // Loaded whole: drivers round by how a matrix came to be, and a recording that begins in mid-run loads it
+    // so.
+    static void LookAtScene()
+    {
+        glMatrixMode(GL_MODELVIEW);
+        glLoadMatrixf(Multiply(examples::Translation(0, 0, -4), examples::RotationX(14 * kPi / 180)).data());
+    }
+
+    // All that a frame changes on its way: a recording can begin anywhere in one, and the next frame must not
+    // depend on where.
+    static void BeginFrame()
+    {
+        LookAtScene();
+        glFrontFace(GL_CCW);
+        EnableArrays(false);
+        LeaveTextures();
+    }
+
     // The first light far away and white, the second near, coloured, and narrow.
     static void SetLights()
     {

@@ -17,13 +17,18 @@ public:
     explicit Reader(Client& client) : m_client(client), m_thread([this] { Run(); }) {}
     ~Reader() { m_thread.join(); }
 
-    // Sends a command and waits until it is acknowledged.
-    void Give(uint8_t command)
+    // Sends a command and waits until it is acknowledged, or until there is nobody left to do so.
+    template <typename Deserted>
+    void Give(uint8_t command, Deserted const& deserted)
     {
         unsigned int const before = m_acknowledged;
         m_client.Send({0x08, 0x44, command});
-        while (m_acknowledged == before && !m_ended)
+        while (m_acknowledged == before && !m_ended && !deserted())
             std::this_thread::yield();
+    }
+    void Give(uint8_t command)
+    {
+        Give(command, [] { return false; });
     }
     // The state that the second status from now on gives: the first may have been on its way.
     uint8_t StateFromNow()
@@ -98,15 +103,18 @@ TEST_F(Threads, AClientRecordsFromThreads)
     Client client;
     ASSERT_TRUE(client.Connect(systemcalls::BoundPort()));
     testing::internal::CaptureStdout();
+    constexpr int kThreads = 3;
     std::atomic<bool> done{false};
+    std::atomic<int> left{0};
     std::vector<std::thread> threads;
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < kThreads; ++i)
         threads.emplace_back([&] {
             while (!done)
             {
                 Es2::_glScissor(1, 2, 3, 4);
                 STraceConfig::DoSwapBuffer();  // what a swap does to the recorder
             }
+            ++left;
         });
     {
         Reader reader(client);
@@ -122,6 +130,9 @@ TEST_F(Threads, AClientRecordsFromThreads)
             reader.Give(0x41);
         }
         done = true;
+        // A thread that went into the hold late, behind the states that were looked at, is there still.
+        while (left != kThreads)
+            reader.Give(0x42, [&] { return left == kThreads; });
         for (std::thread& thread : threads)
             thread.join();
         STraceConfig::m_bNetworkControl = false;

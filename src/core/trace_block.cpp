@@ -235,6 +235,7 @@ static void AfterForkInChild()
     if (STraceBlockImpl* const block = GetThreadTraceBlock())
         block->threadId = get_id();
     LeaveNetworkAfterFork();
+    CProfiler::AbandonAfterFork();
 }
 
 void WatchForks() { pthread_atfork(TraceEnterCriticalSection, TraceLeaveCriticalSection, AfterForkInChild); }

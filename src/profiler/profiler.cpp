@@ -1,4 +1,5 @@
 #include "profiler/profiler.h"
+#include "profiler/call_arguments.h"
 #include "profiler/profiler_context.h"
 #include "profiler/profiler_mutex.h"
 #include "profiler/remove_discard.h"
@@ -182,7 +183,7 @@ void CProfiler::DoCall(int id, void const* const* args, bool& bCallHost)
         break;
     case Es1::Calls::glBindTexture.id:
     case Es2::Calls::glBindTexture.id:
-        GiveUpPrivateTexture(*static_cast<GLuint const*>(args[2]));
+        GiveUpPrivateTexture(CallArgument<GLuint>(args, 2));
         break;
     default:
         break;
@@ -215,6 +216,7 @@ void CProfiler::GiveUpPrivateTexture(unsigned int texture)
 
 void CProfiler::DidCall(int /*id*/, unsigned long microseconds)
 {
+    CLastingLock const lock(ProfilerMutex());
     if (!HasEnded())
         IncrementCounter(eDriverTime, static_cast<unsigned int>(microseconds));
 }

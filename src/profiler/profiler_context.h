@@ -44,11 +44,18 @@ struct CProfiler::SShader
 struct CProfiler::SContext
 {
     static constexpr int kUnits = 32;
-    static constexpr int kSlots = 4;  // GL_TEXTURE_2D, GL_TEXTURE_CUBE_MAP, and two that nothing uses
+    static constexpr int kSlots = 4;  // the two below, and two that nothing uses
+    enum
+    {
+        eSlot2D,
+        eSlotCube,
+        eUsedSlots
+    };
+    static bool IsUnit(int32_t unit) { return unit >= 0 && unit < kUnits; }
 
     int32_t viewport[4] = {};  // GLES2's, while a draw has none
     SEnables enables;
-    int32_t activeTexture = 0;  // counted from 0
+    int32_t activeTexture = 0;  // counted from 0; ask IsUnit before it indexes anything
     uint32_t currentFBO = 0;
     uint32_t cullFace = GL_BACK;
     STextureBinding textures[kUnits][kSlots];

@@ -1,74 +1,15 @@
 // The npl interface and a performance server, through shared memory.
-#include "profiler/comms_blocks.h"
 #include "profiler/npl.h"
-#include "tests/profiler/link.h"
+#include "tests/profiler/server.h"
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
 namespace
 {
-
-uint32_t WordOf(Bytes const& bytes)
-{
-    uint32_t word = 0;
-    std::memcpy(&word, bytes.data(), 4);
-    return word;
-}
-
-// A block as the server reads it.
-struct Block
-{
-    uint32_t identifier;
-    Bytes payload;
-};
-
-// The server's end, which waits for what the other end writes.
-class Server
-{
-public:
-    bool Listen() { return m_herd.initialise("/NEBPerfServerVsAppLib"); }
-    // Waits for a client; `meanwhile` makes it go on where it runs on this very thread.
-    template <typename Action>
-    void Accept(Action meanwhile)
-    {
-        while (!m_path)
-        {
-            meanwhile();
-            m_path.reset(m_herd.poll());
-        }
-        while (m_path->DataOpenServerTryAccept() != 1)
-            meanwhile();
-    }
-    CDataPath& Path() { return *m_path; }
-
-    Bytes Read(size_t size)
-    {
-        Bytes all;
-        while (all.size() < size)
-        {
-            Bytes const some = Receive(*m_path, static_cast<unsigned int>(size - all.size())).second;
-            all.insert(all.end(), some.begin(), some.end());
-        }
-        return all;
-    }
-    uint32_t ReadWord() { return WordOf(Read(4)); }
-    Block ReadBlock()
-    {
-        uint32_t const description = ReadWord();
-        return {DataPathBlockDescriptionUnpackID(description),
-                Read(DataPathBlockDescriptionUnpackInfo(description))};
-    }
-    void AskForDescription() { DataPathSendBlockDescription(Path(), eRcSendDescription, 0); }
-
-private:
-    CDataPathHerdSharedMem2 m_herd{nullptr};
-    std::unique_ptr<CDataPath> m_path;
-};
 
 // An application with one switch and two counters.
 class Application
@@ -151,7 +92,7 @@ TEST_F(NplLink, ASession)
     EXPECT_EQ(136u, frame.identifier);
     ASSERT_EQ(12u, frame.payload.size());
     EXPECT_EQ((Bytes{7, 0, 0, 0, 0x2C, 1, 0, 0}), Bytes(frame.payload.begin() + 4, frame.payload.end()));
-    EXPECT_TRUE(DataPathSend1uintNbytes(server.Path(), eRcChangeItem, 0, "\1", 1));
+    EXPECT_TRUE(server.Change(0, "\1"));
     EXPECT_TRUE(application->Call());
     EXPECT_EQ(1, application->Switch());
     application.reset();
@@ -189,8 +130,7 @@ TEST_F(NplLink, ThousandsOfChanges)
     std::thread writer([&] {
         for (int i = 0; i < kChanges; ++i)
         {
-            auto const value = static_cast<char>(i & 0x7F);
-            if (!DataPathSend1uintNbytes(server.Path(), eRcChangeItem, 0, &value, 1))
+            if (!server.Change(0, std::string(1, static_cast<char>(i & 0x7F))))
                 return;
             ++sent;
         }

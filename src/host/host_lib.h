@@ -23,6 +23,8 @@ public:
     // Closes the library if it is open.
     void CloseLib();
     bool LoadFailed() const;
+    // Unless it is, no core entry may be called: what it points at has gone with the library.
+    bool IsOpen() const { return m_pHandle != nullptr; }
 
 protected:
     void* m_pHandle;

@@ -3,6 +3,7 @@
 #include <GLES2/gl2.h>
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <png.h>
 #include <stdexcept>
 #include <string>
@@ -21,6 +22,8 @@ struct Options
     int width = 640;
     int height = 480;
     std::string png;
+    std::string pictures;
+    bool step = false;
     bool counts = false;
 };
 
@@ -45,16 +48,16 @@ std::string ReadSize(std::string const& text, Options& options)
 class Pbuffer
 {
 public:
-    // `version`: of OpenGL ES.
-    Pbuffer(int width, int height, int version)
+    Pbuffer(int width, int height, Scene const& scene)
     {
+        int const version = scene.ApiVersion();
         if (!std::getenv("DISPLAY"))
             setenv("EGL_PLATFORM", "surfaceless", 0);
         m_display = eglGetDisplay(EGL_DEFAULT_DISPLAY);
         if (!eglInitialize(m_display, nullptr, nullptr))
             Fail("no EGL display can be opened");
         eglBindAPI(EGL_OPENGL_ES_API);
-        EGLConfig const config = ChooseConfig(version);
+        EGLConfig const config = ChooseConfig(scene);
         EGLint const contextAttributes[] = {EGL_CONTEXT_CLIENT_VERSION, version, EGL_NONE};
         EGLint const surfaceAttributes[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};
         m_context = eglCreateContext(m_display, config, EGL_NO_CONTEXT, contextAttributes);
@@ -82,10 +85,11 @@ public:
     }
 
 private:
-    // Smooth edges where the driver has them for pbuffers, plain ones elsewhere.
-    EGLConfig ChooseConfig(int version) const
+    // As many samples as the scene asks for, or none where the driver has no such configuration.
+    EGLConfig ChooseConfig(Scene const& scene) const
     {
-        for (EGLint const samples : {4, 0})
+        int const version = scene.ApiVersion();
+        for (EGLint const samples : {scene.Samples(), 0})
         {
             EGLint const attributes[] = {EGL_SURFACE_TYPE,
                                          EGL_PBUFFER_BIT,
@@ -101,6 +105,8 @@ private:
                                          8,
                                          EGL_DEPTH_SIZE,
                                          16,
+                                         EGL_STENCIL_SIZE,
+                                         scene.StencilBits(),
                                          EGL_SAMPLES,
                                          samples,
                                          EGL_NONE};
@@ -117,7 +123,7 @@ private:
     EGLSurface m_surface = EGL_NO_SURFACE;
 };
 
-void WritePng(Options const& options)
+void WritePng(Options const& options, std::string const& file)
 {
     auto const width = static_cast<std::size_t>(options.width);
     auto const height = static_cast<std::size_t>(options.height);
@@ -131,20 +137,34 @@ void WritePng(Options const& options)
     image.format = PNG_FORMAT_RGBA;
     // GL's first row is the lowest, PNG's the highest: a negative stride turns the picture over.
     int const stride = -static_cast<int>(width * 4);
-    if (!png_image_write_to_file(&image, options.png.c_str(), 0, pixels.data(), stride, nullptr))
-        Fail("cannot write " + options.png + ": " + image.message);
+    if (!png_image_write_to_file(&image, file.c_str(), 0, pixels.data(), stride, nullptr))
+        Fail("cannot write " + file + ": " + image.message);
+}
+
+std::string PictureOf(Options const& options, int frame)
+{
+    char name[32];
+    std::snprintf(name, sizeof name, "/frame_%05d.png", frame);
+    return options.pictures + name;
 }
 
 void DrawAll(Options const& options, Scene& scene)
 {
-    Pbuffer pbuffer(options.width, options.height, scene.ApiVersion());
+    Pbuffer pbuffer(options.width, options.height, scene);
     scene.Setup(options.width, options.height);
+    std::string line;
     for (int frame = 0; frame < options.frames; ++frame)
     {
+        if (options.step && !std::getline(std::cin, line))
+            return;
         scene.DrawFrame(frame);
         if (frame == options.frames - 1 && !options.png.empty())
-            WritePng(options);
+            WritePng(options, options.png);
+        if (!options.pictures.empty())
+            WritePng(options, PictureOf(options, frame));
         pbuffer.Swap();
+        if (options.step)
+            std::cout << "drawn " << frame << std::endl;
     }
 }
 }  // namespace
@@ -171,6 +191,9 @@ int Run(int argc, char** argv, char const* about, Scene& scene)
         return ReadSize(text, options);
     });
     app.add_option("--png", options.png, "Write the last frame to this file");
+    app.add_option("--pictures", options.pictures, "Write every frame to this folder")
+        ->check(CLI::ExistingDirectory);
+    app.add_flag("--step", options.step, "Draw a frame for each line on standard input");
     app.add_flag("--counts", options.counts, "Print how many draw calls and swaps were made");
     scene.AddOptions(app);
     CLI11_PARSE(app, argc, argv);

@@ -1,4 +1,4 @@
-// What the examples share: the command line, an EGL pbuffer to draw into, and the last frame as PNG. It calls
+// What the examples share: the command line, an EGL pbuffer to draw into, and frames as PNG. It calls
 // the functions that both APIs have; which library they come from, each example's link says.
 #pragma once
 #include <EGL/egl.h>
@@ -19,6 +19,9 @@ public:
     virtual void AddOptions(CLI::App&) {}
     // Of OpenGL ES: 1 or 2.
     virtual int ApiVersion() const { return 2; }
+    // Of the surface. Smooth edges by default, where the driver has them for pbuffers.
+    virtual int Samples() const { return 4; }
+    virtual int StencilBits() const { return 0; }
     virtual void Setup(int width, int height) = 0;
     virtual void DrawFrame(int frame) = 0;
 };

@@ -7,7 +7,7 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "e2e"))
 from support import BUILD, NEBTRACE, ScratchTest, api_names, program  # noqa: E402
 
-EXAMPLES = ("lighting", "sprites")
+EXAMPLES = ("lighting", "sprites", "stages_es1")
 ES1_ONLY = set(api_names("es1").values()) - set(api_names("es2").values())
 
 

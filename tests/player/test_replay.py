@@ -8,7 +8,7 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "e2e"))
 from support import BUILD, NEBTRACE, ScratchTest  # noqa: E402
 
-EXAMPLES = ("cube", "client_arrays", "render_target", "cube_map", "programs")
+EXAMPLES = ("cube", "client_arrays", "render_target", "cube_map", "programs", "stages")
 
 
 def example(name):
@@ -37,7 +37,7 @@ class Replay(ScratchTest):
 
     # A recording of the middle of a run brings the state that its first frame began with, at either end.
     def test_frames_recorded_in_mid_run_are_replayed_identically(self):
-        for name in ("cube", "client_arrays", "cube_map", "programs"):
+        for name in ("cube", "client_arrays", "cube_map", "programs", "stages"):
             for layout in ([], ["--optimize"]):
                 if (name, layout) == ("programs", ["--optimize"]):
                     continue  # see below

@@ -79,6 +79,7 @@ STraceConfig::~STraceConfig()
 void STraceConfig::Create()
 {
     s_pInstance = new STraceConfig;
+    // On purpose: no configuration has been read yet. Where it does not ask for profiling, the link rests.
     CProfiler::getInstance()->OpenComms();
 }
 

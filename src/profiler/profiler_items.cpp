@@ -65,6 +65,7 @@ bool ReadSelection(char const* text, unsigned int size, long& selection)
 {
     if (size == 0 || text[0] == '\0' || text[0] == '\n')
         return false;
+    // On purpose: a text without a number is 0.
     selection = std::strtol(CNEBTString(text, size).c_str(), nullptr, 10);
     return true;
 }

@@ -5,6 +5,7 @@
 #include <new>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 namespace
 {
@@ -12,6 +13,8 @@ namespace
 // Which allocations fail.
 size_t s_noTableOf = 0;
 bool s_noObjects = false;
+// Answers its client while the table of the items is made: between the link's first two looks for a server.
+Server* s_pAnswering = nullptr;
 
 // Leaves the process without memory for a table of so many elements.
 class NoTable
@@ -30,6 +33,8 @@ extern "C" void* __real_calloc(size_t count, size_t size);
 // Every calloc of this program ends up here.
 extern "C" void* __wrap_calloc(size_t count, size_t size)
 {
+    if (s_pAnswering && count == CProfiler::eItemCount)
+        std::exchange(s_pAnswering, nullptr)->Accept([] {});
     return s_noTableOf != 0 && count == s_noTableOf ? nullptr : __real_calloc(count, size);
 }
 
@@ -127,6 +132,25 @@ TEST_F(ProfilerLink, TheDescription)
                      Text("Buffer object modifications (bytes)"), Text("Uniform uploads"),
                      Text("Context binds")),
               counters.payload);
+}
+
+// A server that answers while the link opens gets the counters' names as they are made, and their first
+// values.
+TEST_F(ProfilerLink, OpeningSendsTheFirstCounters)
+{
+    CProfiler& profiler = Profiler();
+    profiler.CloseComms();
+    profiler.m_aCounters[13] = 5;
+    ASSERT_TRUE(m_server.Listen());
+    s_pAnswering = &m_server;
+    ASSERT_TRUE(profiler.OpenComms());
+    EXPECT_EQ(14u, m_server.ReadWord());
+    EXPECT_EQ(static_cast<uint32_t>(getpid()), m_server.ReadWord());
+    EXPECT_EQ(132u, m_server.ReadBlock().identifier);
+    Block const frame = m_server.ReadBlock();
+    EXPECT_EQ(136u, frame.identifier);
+    EXPECT_EQ(Joined(U32(0x2A05F207), Bytes(27 * 4)), frame.payload);
+    EXPECT_EQ(Bytes(), m_server.ReadRest());
 }
 
 // Each swap sends the counters once, with the time; other calls send nothing.

@@ -1,7 +1,6 @@
 // What is kept of a context stands there twice, for GLES2 and for GLES1. Each override is written once, over
 // either of these.
 #pragma once
-#include "host/hosts.h"
 #include "profiler/live_hosts.h"
 #include "profiler/profiler_context.h"
 

@@ -2,6 +2,7 @@
 // behind it. The calls go straight to the host and are neither recorded nor counted; an error of theirs is
 // found by the next question for one, which is the draw's own for those ahead of it.
 #include "api/es1_enums.h"
+#include "host/hosts.h"
 #include "profiler/override_columns.h"
 #include "profiler/overrides_textures.h"
 #include "profiler/profiler_mutex.h"
@@ -176,7 +177,7 @@ void CProfiler::PostDrawCall()
     if (IsOn(m_DisableAlphaTest))
         if (SEs1Host* const host = LiveEs1Host())
             EnableAgain(SEs1Column{*host, *context}, kDisableAlphaTest);
-    // Whether an alternate was found or not.
+    // On purpose: whether an alternate was found or not.
     if (IsOn(m_ForceFlatColourFrag) || IsOn(m_DisableAlphaTest))
         if (SEs2Host* const host = LiveEs2Host())
             host->glUseProgram(context->currentProgram);

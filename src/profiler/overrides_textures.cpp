@@ -1,4 +1,5 @@
 #include "profiler/overrides_textures.h"
+#include "host/hosts.h"
 #include "profiler/override_columns.h"
 
 namespace

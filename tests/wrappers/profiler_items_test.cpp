@@ -226,7 +226,7 @@ TEST_F(ProfilerItems, TheCullingModesSelection)
 // A selection that there is not, an empty text and an empty first line leave the mode alone.
 TEST_F(ProfilerItems, ASelectionThatThereIsNotIsDropped)
 {
-    for (std::string const text : {"7\nApp defined", "4", "-1", "99999999999", "", "\n2"})
+    for (std::string const text : {"7\nApp defined", "4", "-1", "99999999999", "", "\n3"})
         EXPECT_EQ(2, SelectionOf(text, 2)) << text;
-    EXPECT_EQ(2, SelectionOf(std::string("\0001", 2), 2));
+    EXPECT_EQ(2, SelectionOf(std::string("\0003", 2), 2));
 }

@@ -1,4 +1,5 @@
 // Which wrappers run the overrides, and where around the host call.
+#include "tests/unit/fake_clock.h"
 #include "tests/wrappers/functions.h"
 #include "tests/wrappers/profiler_overrides.h"
 #include <algorithm>
@@ -40,7 +41,8 @@ std::vector<std::string> NamesOf(Function const& function, Buffers& buffers)
     return Fake().Names();
 }
 
-// Every draw is enclosed by both halves, those of drawing buffers too, though they draw nothing.
+// Every draw is enclosed by both halves, a failed one, too, and so are the choices of draw buffers, which
+// draw nothing.
 TEST_F(DrawOverrides, TheTwentyRunBothHalves)
 {
     Buffers buffers;
@@ -54,8 +56,10 @@ TEST_F(DrawOverrides, TheTwentyRunBothHalves)
         ++draws;
         Enables("es1").bBlend = function.library == "es1";
         Enables("es2").bBlend = function.library == "es2";
-        EXPECT_EQ((std::vector<std::string>{"glDisable", function.name, "glGetError", "glEnable"}),
-                  NamesOf(function, buffers));
+        std::vector<std::string> const whole = {"glDisable", function.name, "glGetError", "glEnable"};
+        EXPECT_EQ(whole, NamesOf(function, buffers));
+        HostFails(GL_INVALID_OPERATION);
+        EXPECT_EQ(whole, NamesOf(function, buffers));
     }
     EXPECT_EQ(20u, draws);
     EXPECT_EQ(kDraws.size(), draws);
@@ -126,6 +130,25 @@ TEST_F(DrawOverrides, TheDrawIsCountedBetweenTheHalves)
         });
     Drawn("es2");
     EXPECT_EQ((std::vector<uint32_t>{0, 0, 1}), counted);
+}
+
+// The driver's time is that of the draw alone: what the overrides take would hide what they are to show.
+TEST_F(DrawOverrides, TheStopwatchRunsBetweenTheHalves)
+{
+    OnlyHas("es2");
+    CProfiler::m_DisableBlending = true;
+    Enables("es2").bBlend = true;
+    long now = 0;
+    auto const takes = [&now](char const* name, long microseconds) {
+        Fake().On(name, [&now, microseconds](Call const&) { SetClock(0, now += microseconds); });
+    };
+    SetClock(0, now);
+    takes("glDisable", 1000);
+    takes("glDrawArrays", 7);
+    takes("glEnable", 20000);
+    Drawn("es2");
+    EXPECT_EQ(21007, now);
+    EXPECT_EQ(7u, Profiler().m_aCounters[CProfiler::eDriverTime]);
 }
 
 // The overrides are in no record. What goes wrong in one ahead of the draw is found with the draw's error,

@@ -127,6 +127,7 @@ public:
     int m_iaViewport[4] = {};
     unsigned int mBoundVAO = 0;
     TraceMap<unsigned int, VAODefinition> mVertexArrayObjects;
+    UsedNames m_sUnusedMaps[2];  // only copied
 };
 
 // Enters the texture at an attachment point of the bound framebuffer, if there is one, into `used`.

@@ -3,13 +3,12 @@
 //
 // The object is a static one, and its copy at the first recorded frame is a plain block. Whoever gives it a
 // field sees here what that costs.
+#include "field_order.h"
 #include "state/es1_context_state.h"
-#include <cstddef>
 #include <type_traits>
 
 using S = CEs1ContextState;
 
-static_assert(sizeof(void*) == 4, "to be compiled for a 32-bit machine");
 static_assert(std::is_standard_layout_v<S>, "so that the fields lie in their order");
 
 // The stacks: 43 of 20 matrices of 16 floats, and behind the scenes a depth for each.
@@ -51,6 +50,73 @@ static_assert(offsetof(S, m_sTextureEnvironments) == 57728);
 static_assert(offsetof(S, m_sTexImageTextures) == 60544);
 static_assert(offsetof(S, m_iBoundRB) == 60624);
 static_assert(sizeof(S) == 60628);
+
+// All fields, in their order.
+static_assert(Rising({offsetof(S, m_iMaxTextureUnits),
+                      offsetof(S, m_eActiveTexture),
+                      offsetof(S, m_eAlphaFunc),
+                      offsetof(S, m_fAlphaRef),
+                      offsetof(S, m_uBoundArrayBuffer),
+                      offsetof(S, m_uBound2DTextures),
+                      offsetof(S, m_eBlendSource),
+                      offsetof(S, m_eBlendDest),
+                      offsetof(S, m_sBufferDatas),
+                      offsetof(S, m_fClearColor),
+                      offsetof(S, m_fClearDepth),
+                      offsetof(S, m_iClearStencil),
+                      offsetof(S, m_eClientActiveTexture),
+                      offsetof(S, m_faClipPlanes),
+                      offsetof(S, m_faCurrentColor),
+                      offsetof(S, m_bColorMask),
+                      offsetof(S, m_eCullFaceMode),
+                      offsetof(S, m_eDepthFunc),
+                      offsetof(S, m_bDepthMask),
+                      offsetof(S, m_fDepthRangeNearFar),
+                      offsetof(S, m_baServerState),
+                      offsetof(S, m_baTexture2DEnabled),
+                      offsetof(S, m_faFogParameters),
+                      offsetof(S, m_faFogColor),
+                      offsetof(S, m_eFrontFaceMode),
+                      offsetof(S, m_eaHints),
+                      offsetof(S, m_faLights),
+                      offsetof(S, m_bLightModelTwoSide),
+                      offsetof(S, m_faLightModelAmbient),
+                      offsetof(S, m_fLineWidth),
+                      offsetof(S, m_eLogicOpMode),
+                      offsetof(S, m_faMaterial),
+                      offsetof(S, m_eMatrixMode),
+                      offsetof(S, m_iaMatrixStackDepth),
+                      offsetof(S, m_faMatrixStacks),
+                      offsetof(S, m_faCurrentTexCoords),
+                      offsetof(S, m_faCurrentNormal),
+                      offsetof(S, m_iPixelStorePackAlignment),
+                      offsetof(S, m_iPixelStoreUnpackAlignment),
+                      offsetof(S, m_faPointParameters),
+                      offsetof(S, m_fPointSize),
+                      offsetof(S, m_fPolygonOffsetFactor),
+                      offsetof(S, m_fPolygonOffsetUnits),
+                      offsetof(S, m_fSampleCoverageValue),
+                      offsetof(S, m_bSampleCoverageInvert),
+                      offsetof(S, m_iaScissorBox),
+                      offsetof(S, m_eShadeModel),
+                      offsetof(S, m_eStencilFunc),
+                      offsetof(S, m_iStencilFuncRef),
+                      offsetof(S, m_uStencilFuncMask),
+                      offsetof(S, m_uStencilMask),
+                      offsetof(S, m_eStencilOpFail),
+                      offsetof(S, m_eStencilOpZFail),
+                      offsetof(S, m_eStencilOpZPass),
+                      offsetof(S, m_sTextureEnvironments),
+                      offsetof(S, m_sTexImageTextures),
+                      offsetof(S, m_iaViewport),
+                      offsetof(S, mBoundVAO),
+                      offsetof(S, mVertexArrayObjects),
+                      offsetof(S, m_iMaxPaletteMatrices),
+                      offsetof(S, m_iCurrentPaletteMatrix),
+                      offsetof(S, mFramebufferObjects),
+                      offsetof(S, m_sRenderbuffers),
+                      offsetof(S, m_iBoundFBO),
+                      offsetof(S, m_iBoundRB)}));
 
 // The records that the stores hold, each in a node of its own.
 static_assert(sizeof(S::clientArray) == 20);

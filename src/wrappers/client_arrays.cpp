@@ -60,11 +60,11 @@ void CClientArrayCapture::Append(CTraceBlock& block, SClientArray const& array, 
     if (array.stride != 0 && static_cast<uint64_t>(array.stride) != elementSize)
     {
         auto const* source = static_cast<uint8_t const*>(array.pointer);
-        m_gathered.emplace_back(new uint8_t[size]);
+        m_gathered.emplace_back(new uint8_t[static_cast<std::size_t>(size)]);
         uint8_t* target = m_gathered.back().get();
         pointer = target;
         for (uint64_t i = 0; i < elements; ++i, source += array.stride, target += elementSize)
-            std::memcpy(target, source, elementSize);
+            std::memcpy(target, source, static_cast<std::size_t>(elementSize));
     }
     AppendU32(block, array.index);
     AppendPointer(block, pointer);

@@ -117,7 +117,7 @@ TEST_F(EglConfigs, ChooseConfigRecordsWhatWasChosen)
     void* configs[4] = {};
     int chosen = 0;
     Fake().On("eglChooseConfig", [](Call const& call) {
-        call.Pointer<void*>(2)[0] = Handle(0x1100000011);
+        call.Pointer<void*>(2)[0] = Handle(static_cast<uintptr_t>(0x1100000011));
         call.Pointer<void*>(2)[1] = Handle(0x22);
         *call.Pointer<int>(4) = 2;
     });

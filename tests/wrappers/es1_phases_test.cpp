@@ -59,7 +59,7 @@ TEST_F(Es1Phases, AnOptimisedStateStandsBehindTheRange)
     HostAnswers(0x0BC1, 0x0201);
     Image(1, 2);
     Swap();
-    size_t const recorded = CTraceRecordManager::m_uBytesWritten;
+    uint64_t const recorded = CTraceRecordManager::m_uBytesWritten;
     Printed([] { Es1::_glFinish(); });
     Lines const calls = WrittenBut(Footer(recorded));
     Lines const names = NamesOf(calls);

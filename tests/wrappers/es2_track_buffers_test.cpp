@@ -148,7 +148,7 @@ TEST_F(TrackBuffers, NothingIsWrittenBehindTheRecord)
     EXPECT_EQ((Bytes{1, 2, 3, 9}), Kept(5));
     Es2::_glBufferSubData(GL_ARRAY_BUFFER, 9, 2, m_bytes);
     Es2::_glBufferSubData(GL_ARRAY_BUFFER, -1, 2, m_bytes);
-    Es2::_glBufferSubData(GL_ARRAY_BUFFER, GLintptr{INT_MAX} + 1, 2, m_bytes);
+    Es2::_glBufferSubData(GL_ARRAY_BUFFER, static_cast<GLintptr>(int64_t{INT_MAX} + 1), 2, m_bytes);
     EXPECT_EQ((Bytes{1, 2, 3, 9}), Kept(5));
 }
 

@@ -36,7 +36,7 @@ std::vector<Piece> Walk(Bytes const& file, uint64_t thread)
     bool justChanged = false;
     while (at + 6 <= file.size())
     {
-        size_t const size = Number(file, at, 4);
+        auto const size = static_cast<size_t>(Number(file, at, 4));
         uint16_t const id = static_cast<uint16_t>(Number(file, at + 4, 2));
         at += 6;
         if (at + size > file.size())
@@ -116,8 +116,8 @@ TEST_F(Threads, BulkDataStaysTogether)
     for (Piece const& piece : pieces)
     {
         ASSERT_EQ(2014, piece.id);
-        size_t const index = Number(piece.payload, 8, 4);
-        size_t const size = Number(piece.payload, 12, 4);
+        auto const index = static_cast<size_t>(Number(piece.payload, 8, 4));
+        auto const size = static_cast<size_t>(Number(piece.payload, 12, 4));
         EXPECT_EQ(size, Number(piece.payload, 20, 4));
         EXPECT_EQ(Bytes(size, static_cast<uint8_t>(index)),
                   Bytes(piece.payload.begin() + 24, piece.payload.end()));

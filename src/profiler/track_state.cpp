@@ -99,6 +99,7 @@ void SetActiveTexture(int32_t& active, GLenum texture)
 
 }  // namespace
 
+// On purpose: with no context current, contexts are only made and made current.
 void CProfiler::TrackEgl(int id, void const* const* args, void const* result)
 {
     switch (id)

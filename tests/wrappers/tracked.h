@@ -85,6 +85,8 @@ protected:
         m_locations[{program, uniform}] = location;
     }
 
+    GLuint m_nextProgram = 1;
+    GLuint m_nextShader = kFirstShader;
     std::set<GLuint> m_programs, m_shaders, m_textures;  // what the host knows
     std::map<GLuint, GLenum> m_shaderTypes;
     std::map<GLuint, std::string> m_sources;  // the first string of each shader's last one
@@ -133,7 +135,8 @@ private:
         });
         Fake().On("glShaderSource", [this](Call const& call) {
             auto const* const lengths = call.Pointer<GLint const>(3);
-            char const* const first = call.Argument<GLsizei>(1) > 0 ? *call.Pointer<char const*>(2) : nullptr;
+            auto const* const strings = call.Pointer<char const*>(2);
+            char const* const first = strings && call.Argument<GLsizei>(1) > 0 ? strings[0] : nullptr;
             if (first)
                 m_sources[call.Argument<GLuint>(0)] =
                     lengths && *lengths >= 0 ? std::string(first, static_cast<size_t>(*lengths)) : first;
@@ -155,7 +158,5 @@ private:
         });
     }
 
-    GLuint m_nextProgram = 1;
-    GLuint m_nextShader = kFirstShader;
     std::map<std::pair<GLuint, std::string>, GLint> m_locations;
 };

@@ -96,6 +96,22 @@ TEST_F(ProfilerPrograms, AProgramHasBothAlternatesOrNone)
     }
 }
 
+// A creation that gives no name gets alternates all the same, and they are kept in step with nothing.
+TEST_F(ProfilerPrograms, TheProgramOfNoNameIsNotKeptInStep)
+{
+    GLuint next = 0;
+    Fake().On("glCreateProgram", [&](Call const&) { Fake().Result("glCreateProgram", next++); });
+    EXPECT_EQ(0u, Es2::_glCreateProgram(0));
+    ASSERT_NE(nullptr, Record(0));
+    Record(0)->flatLocations[5] = 6;
+    EXPECT_EQ((Texts{"glLinkProgram(0)", "glBindAttribLocation(0, 7, \"a\")", "glUniform1i(5, 9)"}),
+              HostCallsOf([] {
+                  Es2::_glLinkProgram(0);
+                  Es2::_glBindAttribLocation(0, 7, "a");
+                  Es2::_glUniform1i(5, 9);
+              }));
+}
+
 // The record is found, or made together with its alternates, in the current context.
 TEST_F(ProfilerPrograms, GetShaderProgramFindsOrMakes)
 {

@@ -151,6 +151,21 @@ TEST_F(ProfilerTrackFramebuffers, OnlyEntriesWithoutATextureAreTidied)
     EXPECT_EQ(1, framebuffer.Find(GL_COLOR_ATTACHMENT0)->Count());
 }
 
+// Either API may know texture 1: GLES1 is asked when GLES2 does not.
+TEST_F(ProfilerTrackFramebuffers, EitherApiErases)
+{
+    Es1Host();
+    for (char const* api : {"es1", "es2"})
+    {
+        Attach(8, 0);
+        Fake().On("glIsTexture", [api](Call const& call) {
+            Fake().Result("glIsTexture", GLboolean{call.api == api && call.Argument<GLuint>(0) == 1});
+        });
+        Es2::_glBindFramebuffer(GL_FRAMEBUFFER, 0);
+        EXPECT_EQ(0, Context().m_FBOs.Find(8)->Find(GL_COLOR_ATTACHMENT0)->Count()) << api;
+    }
+}
+
 // The entry that takes the place of an erased one is passed over on that walk.
 TEST_F(ProfilerTrackFramebuffers, TidyingSkipsBehindAnErasedEntry)
 {

@@ -4,7 +4,10 @@
 #include "core/init_order.h"
 #include "support/log.h"
 #include "support/relaxed.h"
+#include <sys/types.h>
 #include <unistd.h>
+
+static_assert(sizeof(off_t) == 8, "a recording may grow beyond what 31 bits count");
 
 FILE* CTraceRecordManager::m_TraceFile = nullptr;
 // Built ahead of the load hook, so that the name that Initialize stores stays: a second network recording in

@@ -1,5 +1,6 @@
 // The trace file: header, footer, names and failures.
 #include "tests/wrappers/recorder.h"
+#include <filesystem>
 #include <fstream>
 #include <unistd.h>
 
@@ -166,6 +167,18 @@ TEST_F(TraceFile, AFailedWriteIsLoggedAndNotCounted)
     CTraceRecordManager::m_TraceFile = writable;
     EXPECT_TRUE(CTraceRecordManager::WriteData("abc", 3, 1));
     EXPECT_EQ(3u, CTraceRecordManager::m_uBytesWritten);
+}
+
+// A recording may grow beyond what 31 bits count.
+TEST_F(TraceFile, AFileGrowsBeyondTwoGigabytes)
+{
+    ScratchTrace trace("large.nebt");
+    ASSERT_TRUE(trace.Open());
+    // Only what is written takes room on the disk.
+    ASSERT_EQ(0, std::fseek(CTraceRecordManager::m_TraceFile, INT32_MAX - 3, SEEK_SET));
+    EXPECT_TRUE(CTraceRecordManager::WriteData("abcdef", 6, 1));
+    EXPECT_TRUE(CTraceRecordManager::WriteData("gh", 2, 1));
+    EXPECT_EQ(0x7FFFFFFFu - 3 + 8, std::filesystem::file_size(trace.Path()));
 }
 
 // A file that cannot be opened leaves the recorder without one; the calls go on and the name stays.

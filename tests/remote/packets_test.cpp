@@ -118,6 +118,30 @@ TEST(Packets, APacketThatBrokeOffAnywhereIsTakenOnce)
     }
 }
 
+// How much of it has come yet makes no difference: a packet that broke off behind its second byte looks like
+// one of an unknown kind until the byte behind the sixth is there.
+TEST(Packets, APacketThatBrokeOffIsTakenOnceAlsoByteForByte)
+{
+    Bytes const packet = DataPacket(Counting(40));
+    for (size_t sent = 1; sent < packet.size(); ++sent)
+    {
+        SCOPED_TRACE(sent);
+        Bytes stream(packet.begin(), packet.begin() + static_cast<std::ptrdiff_t>(sent));
+        stream.insert(stream.end(), packet.begin(), packet.end());
+        PacketReader reader;
+        Packet taken;
+        for (size_t at = 0; at + 1 < stream.size(); ++at)
+        {
+            reader.Feed(&stream[at], 1);
+            ASSERT_FALSE(reader.Next(taken)) << at;
+            ASSERT_EQ("", reader.Fault()) << at;
+        }
+        reader.Feed(&stream.back(), 1);
+        ExpectOnlyPacket(reader, Counting(40));
+        EXPECT_EQ(1u, reader.Repeated());
+    }
+}
+
 // The second attempt can break off as well.
 TEST(Packets, APacketThatBrokeOffTwiceIsTakenOnce)
 {

@@ -71,6 +71,9 @@ size_t PacketReader::PacketSize() const
 {
     if (m_bytes.size() < kDataHead)
         return 0;
+    // No kind, but maybe the packet again behind its first two bytes: its head has to be there to tell.
+    if (m_bytes[2] == kFirst)
+        return kDataHead + 2;
     if (m_bytes[2] != kData)
         return kShortPacket;
     size_t const length = m_bytes[3] + size_t{m_bytes[4]} * 256;
@@ -116,38 +119,50 @@ void PacketReader::DropBrokenStart()
     }
 }
 
+// Of the packet that stands first, which is there as a whole.
+std::string PacketReader::FaultOf(size_t size) const
+{
+    uint8_t const kind = m_bytes[2];
+    if (m_bytes[0] != kFirst || m_bytes[1] != kSecond)
+        return "no packet begins with " + Hex(m_bytes[0]) + " " + Hex(m_bytes[1]);
+    if (kind != kData && kind != kStatus && kind != kAcknowledge)
+        return "there is no packet of kind " + Hex(kind);
+    if (kind == kData && m_bytes[size - 1] != kDataEnd)
+        return "a packet of data ends with " + Hex(m_bytes[size - 1]);
+    return {};
+}
+
+void PacketReader::Take(size_t size, Packet& packet)
+{
+    auto const begin = m_bytes.begin();
+    auto const end = begin + static_cast<std::ptrdiff_t>(size);
+    bool const isData = m_bytes[2] == kData;
+    packet.kind = isData                  ? Packet::Kind::Data
+                  : m_bytes[2] == kStatus ? Packet::Kind::Status
+                                          : Packet::Kind::Acknowledge;
+    packet.value = m_bytes[3];
+    packet.payload.clear();
+    if (isData)
+        packet.payload.assign(begin + kDataHead, end - 1);
+    m_bytes.erase(begin, end);
+}
+
 bool PacketReader::Next(Packet& packet)
 {
-    DropBrokenStart();
-    size_t size = PacketSize();
-    while (m_fault.empty() && size != 0 && m_bytes.size() >= size)
+    for (;;)
     {
-        if (m_bytes[0] != kFirst || m_bytes[1] != kSecond)
-            m_fault = "no packet begins with " + Hex(m_bytes[0]) + " " + Hex(m_bytes[1]);
-        else if (m_bytes[2] != kData && m_bytes[2] != kStatus && m_bytes[2] != kAcknowledge)
-            m_fault = "there is no packet of kind " + Hex(m_bytes[2]);
-        else if (m_bytes[2] == kData && DropBrokenPiece(size))
-        {
-            size = PacketSize();
+        DropBrokenStart();
+        size_t const size = PacketSize();
+        if (!m_fault.empty() || size == 0 || size > m_bytes.size())
+            return false;
+        bool const isData = m_bytes[0] == kFirst && m_bytes[1] == kSecond && m_bytes[2] == kData;
+        if (isData && DropBrokenPiece(size))
             continue;
-        }
-        else if (m_bytes[2] == kData && m_bytes[size - 1] != kDataEnd)
-            m_fault = "a packet of data ends with " + Hex(m_bytes[size - 1]);
+        m_fault = FaultOf(size);
         if (!m_fault.empty())
             return false;
-        auto const begin = m_bytes.begin();
-        auto const end = begin + static_cast<std::ptrdiff_t>(size);
-        bool const isData = m_bytes[2] == kData;
-        packet.kind = isData                  ? Packet::Kind::Data
-                      : m_bytes[2] == kStatus ? Packet::Kind::Status
-                                              : Packet::Kind::Acknowledge;
-        packet.value = m_bytes[3];
-        packet.payload.clear();
-        if (isData)
-            packet.payload.assign(begin + kDataHead, end - 1);
-        m_bytes.erase(begin, end);
+        Take(size, packet);
         return true;
     }
-    return false;
 }
 }  // namespace remote

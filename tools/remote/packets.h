@@ -69,6 +69,8 @@ private:
     size_t PacketSize() const;
     bool DropBrokenPiece(size_t size);
     void DropBrokenStart();
+    std::string FaultOf(size_t size) const;
+    void Take(size_t size, Packet& packet);
 
     std::vector<uint8_t> m_bytes;  // not yet taken, from a packet's first byte on
     std::string m_fault;

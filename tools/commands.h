@@ -21,4 +21,5 @@ void AddDumpCommand(CLI::App& app);
 void AddReplayCommand(CLI::App& app);
 void AddFramesCommand(CLI::App& app);
 void AddRemoteCommand(CLI::App& app);
+void AddPerfCommand(CLI::App& app);
 void AddDiscoverCommand(CLI::App& app);

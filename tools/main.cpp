@@ -34,6 +34,7 @@ static int Run(int argc, char** argv)
     AddReplayCommand(app);
     AddFramesCommand(app);
     AddRemoteCommand(app);
+    AddPerfCommand(app);
     AddDiscoverCommand(app);
     app.set_version_flag("--version", "nebtrace " NEBTRACE_VERSION);
     for (CLI::App* command : app.get_subcommands({}))

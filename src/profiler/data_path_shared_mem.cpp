@@ -174,6 +174,25 @@ int CDataPathSharedMem::DataReceiveBytes(char* buffer, unsigned int length, unsi
     return total != 0 ? 2 : 1;
 }
 
+// The mutexes asked for below are locked by no third party, and by the other end only behind what this end
+// has yet to do: an answer stays true until this end acts on it.
+bool CDataPathSharedMem::CanReceiveAtOnce()
+{
+    SSharedBuffer& buffer = CurrentOf(*pReceiveRing);
+    if (!buffer.pData || Published(PositionsOf(buffer).read) != kRingRoom)
+        return true;
+    return bufLockMutex(buffer.mutex, false) && bufUnlockMutex(buffer.mutex);
+}
+
+bool CDataPathSharedMem::CanSendAtOnce(unsigned int length)
+{
+    SSharedBuffer const& buffer = CurrentOf(*pSendRing);
+    if (!buffer.pData || Published(PositionsOf(buffer).write) <= kRingRoom - Smaller(length, kRingRoom))
+        return true;
+    CMutex& next = pSendRing->buffers[Behind(pSendRing->index, 1)].mutex;
+    return bufLockMutex(next, false) && bufUnlockMutex(next);
+}
+
 int CDataPathSharedMem::DataOpenServer(char const* name, unsigned int ticket)
 {
     pSendRing = &D;

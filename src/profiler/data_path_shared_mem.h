@@ -51,6 +51,12 @@ public:
     // failure what was opened stays open until the next attempt.
     bool bufOpenOrCreateAll(bool create);
 
+    // For an end that must outlive the other, which may have died with a mutex: whether one pass of a
+    // receive, or a send of at most a buffer's room, goes through without waiting for a mutex.
+    bool CanReceiveAtOnce();
+    bool CanSendAtOnce(unsigned int length);
+    uint32_t Ticket() const { return id; }
+
 private:
     bool EnterNextSendBuffer();
     bool LeaveUsedUpBuffer();

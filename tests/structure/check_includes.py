@@ -19,7 +19,7 @@ HEADERS = {
     "wrappers": LOW | {"state", "net", "profiler", "host", "core"},
     "trace": {"api"},
     "player": {"api", "trace"},
-    "tools": {"api", "trace", "player"},
+    "tools": {"api", "support", "profiler", "trace", "player"},
     "examples": set(),
 }
 # Sources of the library may reach across its rooms; nobody includes the rooms that are not named.

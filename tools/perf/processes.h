@@ -1,0 +1,39 @@
+// The other processes on this machine, as the performance server needs to know them.
+#pragma once
+#include <cstdint>
+#include <string>
+
+namespace perf
+{
+// A process, so that it is told from a later one of the same number. One that has ended and is not waited for
+// is gone, although its number is still taken.
+class Process
+{
+public:
+    Process() = default;
+    explicit Process(uint32_t id);
+
+    uint32_t Id() const { return m_id; }
+    // What its executable is called; empty where the system does not tell.
+    std::string const& Name() const { return m_name; }
+    // Whether there was such a process to begin with. A number from another container says nothing here.
+    bool IsKnown() const { return m_start != 0; }
+    // Only for a known one; of another nobody can tell.
+    bool IsGone() const;
+
+private:
+    uint32_t m_id = 0;
+    uint64_t m_start = 0;  // when it began, in the system's own unit
+    std::string m_name;
+};
+
+// The process that shares the rings of a ticket with this one; an unknown one if none is found.
+Process FindProcessWithRings(uint32_t ticket);
+
+// Removes the names of the rings of a ticket from shared memory. Only for a process that is gone: another one
+// would find nobody at the other end.
+void UnlinkRings(uint32_t ticket);
+
+// Removes the rings of all tickets that no running process has in use.
+void UnlinkDeadRings();
+}  // namespace perf

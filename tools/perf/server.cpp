@@ -1,0 +1,155 @@
+#include "tools/perf/server.h"
+#include "tools/commands.h"
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <iterator>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace perf
+{
+namespace
+{
+constexpr char kLockName[] = "/NEBPerfServerVsAppLib.server";
+// An application holds the rendezvous for as long as it takes to make a few objects.
+constexpr std::chrono::milliseconds kLongestHold{1000};
+constexpr std::chrono::milliseconds kLateArrivals{5};
+
+SSharedName RendezvousName(char const* kind) { return {kPerfServerName, 0, "N", 0, kind}; }
+
+void UnlinkRendezvous()
+{
+    shm_unlink(RendezvousName("d").text);
+    shm_unlink(RendezvousName("m").text);
+}
+
+bool IsSameFile(int file, int other)
+{
+    struct stat a;
+    struct stat b;
+    return fstat(file, &a) == 0 && fstat(other, &b) == 0 && a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+// An application takes twelve descriptors.
+void AllowManyFiles()
+{
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return;
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
+}
+}  // namespace
+
+ServerLock::ServerLock()
+{
+    while (!Take())
+    {
+    }
+}
+
+// False for one that a server removed at its end, between the two calls here: the name stands for another
+// object then, or for none.
+bool ServerLock::Take()
+{
+    m_file = shm_open(kLockName, O_RDWR | O_CREAT, S_IRUSR | S_IWUSR);
+    if (m_file == -1)
+        throw CommandFailed(std::string("shared memory: ") + std::strerror(errno));
+    if (flock(m_file, LOCK_EX | LOCK_NB) != 0)
+    {
+        close(m_file);
+        throw CommandFailed("a performance server is running already");
+    }
+    int const named = shm_open(kLockName, O_RDWR, 0);
+    bool const held = named != -1 && IsSameFile(m_file, named);
+    if (named != -1)
+        close(named);
+    if (!held)
+        close(m_file);
+    return held;
+}
+
+ServerLock::~ServerLock()
+{
+    shm_unlink(kLockName);
+    close(m_file);
+}
+
+Server::Server()
+{
+    AllowManyFiles();
+    // What a killed server left. The herd would remove it as well, but say so on standard output.
+    UnlinkRendezvous();
+    UnlinkDeadRings();
+    Listen();
+}
+
+void Server::Listen()
+{
+    if (!m_herd.initialise(kPerfServerName) ||
+        !bufOpenOrCreateMutex(m_rendezvous, false, RendezvousName("m").text))
+    {
+        bufDestMutex(m_rendezvous);
+        throw CommandFailed("no room for the rendezvous in shared memory");
+    }
+    m_lastFree = std::chrono::steady_clock::now();
+}
+
+void Server::TakeIn()
+{
+    while (CDataPath* const path = m_herd.poll())
+        // The herd gives no other kind.
+        m_sessions.emplace_back(std::unique_ptr<CDataPathSharedMem>(static_cast<CDataPathSharedMem*>(path)));
+}
+
+// An application that died while it held the rendezvous would be the last one: make another.
+void Server::FreeRendezvous()
+{
+    auto const now = std::chrono::steady_clock::now();
+    if (bufLockMutex(m_rendezvous, false))
+    {
+        bufUnlockMutex(m_rendezvous);
+        m_lastFree = now;
+    }
+    else if (now - m_lastFree > kLongestHold)
+    {
+        bufDestMutex(m_rendezvous);
+        m_herd.shutdown();
+        Listen();
+    }
+}
+
+bool Server::Turn(Listener& listener)
+{
+    FreeRendezvous();
+    TakeIn();
+    bool came = false;
+    for (auto session = m_sessions.begin(); session != m_sessions.end();)
+    {
+        came = session->Turn(listener) || came;
+        session = session->IsOver() ? m_sessions.erase(session) : std::next(session);
+    }
+    return came;
+}
+
+// Nobody finds the rendezvous from here on. Who had found it and just took a ticket is still taken in, or
+// would wait for an answer for ever.
+Server::~Server()
+{
+    UnlinkRendezvous();
+    TakeIn();
+    std::this_thread::sleep_for(kLateArrivals);
+    TakeIn();
+    for (Session& session : m_sessions)
+        session.Close();
+    m_sessions.clear();
+    bufDestMutex(m_rendezvous);
+    m_herd.shutdown();
+    UnlinkDeadRings();
+}
+}  // namespace perf

@@ -1,0 +1,50 @@
+// Where applications find the performance server, and all that have.
+#pragma once
+#include "profiler/data_path_herd.h"
+#include "tools/perf/session.h"
+#include <list>
+
+namespace perf
+{
+// Held for as long as a server runs, so that there is one at a time. Goes with the process, however it ends.
+class ServerLock
+{
+public:
+    // Throws CommandFailed when there is a server already.
+    ServerLock();
+    ~ServerLock();
+    ServerLock(ServerLock const&) = delete;
+    ServerLock& operator=(ServerLock const&) = delete;
+
+private:
+    bool Take();
+
+    int m_file = -1;
+};
+
+class Server
+{
+public:
+    // Throws CommandFailed.
+    Server();
+    // Leaves nothing in shared memory, and every application free to look for another server.
+    ~Server();
+    Server(Server const&) = delete;
+    Server& operator=(Server const&) = delete;
+
+    // Takes in whoever has come, and what all of them have sent. Returns whether anything came.
+    bool Turn(Listener& listener);
+    std::list<Session>& Sessions() { return m_sessions; }
+
+private:
+    void Listen();
+    void TakeIn();
+    void FreeRendezvous();
+
+    ServerLock m_lock;
+    CDataPathHerdSharedMem2 m_herd{nullptr};
+    CMutex m_rendezvous;  // the herd's own, to see whether it is stuck
+    std::chrono::steady_clock::time_point m_lastFree;
+    std::list<Session> m_sessions;
+};
+}  // namespace perf

@@ -1,0 +1,219 @@
+#include "tools/perf/session.h"
+#include "profiler/comms_blocks.h"
+
+namespace perf
+{
+namespace
+{
+constexpr size_t kHelloSize = 5;
+// Of one turn, so that an application that never pauses leaves time for the others and for the keys.
+constexpr size_t kMostInATurn = 1024 * 1024;
+constexpr std::chrono::milliseconds kLookPeriod{100};
+constexpr unsigned kMostSearches = 5;
+constexpr char kCpuTime[] = "CPU driver time (us)";
+constexpr unsigned int kBlockHead = 8;  // of a change: the description word and the index
+}  // namespace
+
+Session::Session(std::unique_ptr<CDataPathSharedMem> path) : m_path(std::move(path)) { Accept(); }
+
+bool Session::Break(std::string const& fault)
+{
+    m_state = State::Broken;
+    m_fault = fault;
+    return false;
+}
+
+void Session::Accept()
+{
+    if (m_path->DataOpenServerTryAccept() == 1)
+        m_accepted = true;
+    else if (m_path->BytesReceived() >= kHelloSize)
+        Break("it does not greet as an application does");
+}
+
+// One pass at a time, each only where it needs no mutex that a dead application may hold.
+bool Session::Receive()
+{
+    static char buffer[kRingRoom];
+    size_t total = 0;
+    while (total < kMostInATurn && m_path->CanReceiveAtOnce())
+    {
+        unsigned int count = 0;
+        int const result = m_path->DataReceiveBytes(buffer, sizeof buffer, &count);
+        m_reader.Feed(buffer, count);
+        total += count;
+        if (result == 0)
+            return Break("the rings are damaged");
+        if (count == 0)
+            break;
+    }
+    return total != 0;
+}
+
+bool Session::Turn(Listener& listener)
+{
+    bool came = false;
+    if (!m_accepted)
+        Accept();
+    if (m_accepted && !IsOver())
+    {
+        // Asked ahead of the last receive: what it wrote before its end is then all there.
+        LookForProcess();
+        came = Receive();
+        TakeBlocks(listener);
+        if (m_gone && !came && !IsOver())
+            m_state = State::Gone;
+        SendWhatIsDue();
+    }
+    if (IsOver())
+    {
+        Close();
+        listener.OnEnded(*this);
+    }
+    return came;
+}
+
+// The rings of one that has not spoken may tell who it is. One that they do not tell of, from another
+// container, say, must not be searched for again and again: that goes through all processes.
+void Session::LookForProcess()
+{
+    if (m_gone || Clock::now() - m_lastLook < kLookPeriod)
+        return;
+    m_lastLook = Clock::now();
+    if (m_state == State::Silent && m_process.Id() == 0 && m_searches++ < kMostSearches)
+        m_process = FindProcessWithRings(m_path->Ticket());
+    m_gone = m_process.IsGone();
+}
+
+void Session::HearGreeting()
+{
+    if (m_state != State::Silent || !m_reader.Process())
+        return;
+    m_state = State::Speaking;
+    m_process = Process(*m_reader.Process());
+}
+
+void Session::TakeBlocks(Listener& listener)
+{
+    Block block;
+    while (!IsOver() && m_reader.Next(block))
+    {
+        HearGreeting();
+        bool good = true;
+        if (block.identifier == eRcShutdown)
+            m_state = State::Ended;
+        else if (block.identifier == eRcCounters)
+            good = TakeCounters(block, listener);
+        else if (block.identifier == eRcMark)
+            listener.OnMark(*this, ParseMark(block.payload).value_or(""));
+        else
+            good = TakeDescription(block, listener);
+        if (!good && !IsOver())
+            Break("a block contradicts itself");
+    }
+    HearGreeting();
+    if (!m_reader.Fault().empty())
+        m_state = State::Broken;
+}
+
+// The name comes only in answer to this server's question, and the counters stand last: what comes ahead of
+// it is of an application that is still making its tables.
+bool Session::TakeDescription(Block const& block, Listener& listener)
+{
+    if (block.identifier == eRcLibraryName)
+    {
+        m_named = true;
+        return ParseLibraryName(block.payload).has_value();
+    }
+    if (block.identifier == eRcLibraryItems)
+    {
+        auto items = ParseItems(block.payload);
+        m_items = std::move(items).value_or(std::vector<Item>());
+        return items.has_value();
+    }
+    auto names = ParseCounterNames(block.payload);
+    m_counterNames = std::move(names).value_or(std::vector<std::string>());
+    if (!names)
+        return false;
+    if (m_named && m_state != State::Profiling)
+    {
+        m_state = State::Profiling;
+        listener.OnDescribed(*this);
+    }
+    return true;
+}
+
+bool Session::TakeCounters(Block const& block, Listener& listener)
+{
+    if (m_state != State::Profiling)
+        return true;
+    auto sample = ParseCounters(block.payload);
+    if (!sample || sample->values.size() != m_counterNames.size())
+        return false;
+    std::optional<Frame> frame = m_frames.Add(std::move(*sample));
+    if (!frame)
+        return true;
+    m_rate.Add(frame->duration, CpuTimeOf(*frame));
+    m_lastFrame = std::move(frame);
+    listener.OnFrame(*this, *m_lastFrame);
+    return true;
+}
+
+uint32_t Session::CpuTimeOf(Frame const& frame) const
+{
+    for (size_t i = 0; i < m_counterNames.size() && i < frame.counters.size(); ++i)
+        if (m_counterNames[i] == kCpuTime)
+            return frame.counters[i];
+    return 0;
+}
+
+void Session::Set(Change const& change)
+{
+    if (change.index >= m_items.size())
+        return;
+    m_items[change.index].value = change.value;
+    m_changes[change.index] = change.value;
+}
+
+void Session::SendWhatIsDue()
+{
+    if (IsOver() || m_state == State::Silent)
+        return;
+    if (!m_asked && m_path->CanSendAtOnce(kBlockHead))
+        m_asked = DataPathSendBlockDescription(*m_path, eRcSendDescription, 0);
+    while (!m_changes.empty())
+    {
+        auto const& [index, value] = *m_changes.begin();
+        auto const size = static_cast<unsigned int>(value.size());
+        if (size > kRingRoom - kBlockHead || !m_path->CanSendAtOnce(kBlockHead + size))
+            return;
+        if (!DataPathSend1uintNbytes(*m_path, eRcChangeItem, index, value.data(), size))
+        {
+            Break("the rings are damaged");
+            return;
+        }
+        m_changes.erase(m_changes.begin());
+    }
+}
+
+// One that has not spoken finds the farewell when it does.
+void Session::Close()
+{
+    if (!m_path)
+        return;
+    uint32_t const ticket = m_path->Ticket();
+    if (m_accepted && !IsOver() && m_path->CanSendAtOnce(kBlockHead))
+        DataPathSendBlockDescription(*m_path, eRcShutdown, 0);
+    m_path.reset();
+    if (m_state == State::Gone)
+        UnlinkRings(ticket);
+}
+
+std::string Session::Title() const
+{
+    if (m_process.Id() == 0)
+        return "unknown process";
+    std::string const name = Printable(m_process.Name());
+    return std::to_string(m_process.Id()) + (name.empty() ? "" : " " + name);
+}
+}  // namespace perf

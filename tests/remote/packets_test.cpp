@@ -154,6 +154,17 @@ TEST(Packets, APacketThatBrokeOffTwiceIsTakenOnce)
     EXPECT_EQ(2u, reader.Repeated());
 }
 
+// Both attempts can break off within the head, and nothing may follow that would make the reader look again.
+TEST(Packets, APacketThatBrokeOffTwiceWithinItsHeadIsTakenOnce)
+{
+    PacketReader reader;
+    Feed(reader, {0x08,                                        // broken off
+                  0x08, 0x44, 0x31,                            // broken off again
+                  0x08, 0x44, 0x31, 0x02, 0x00, 7, 9, 0x25});  // whole
+    ExpectOnlyPacket(reader, {7, 9});
+    EXPECT_EQ(2u, reader.Repeated());
+}
+
 // What is no packet is named, and nothing behind it is believed.
 TEST(Packets, BytesThatAreNoPacketEndTheReading)
 {

@@ -102,21 +102,20 @@ bool PacketReader::DropBrokenPiece(size_t size)
 }
 
 // A packet that broke off within its head cannot be read on: its length, if there is one, is not its own.
-void PacketReader::DropBrokenStart()
+bool PacketReader::DropBrokenStart()
 {
-    for (size_t sent = 1; sent < kDataHead; ++sent)
+    for (size_t sent = 1; sent < kDataHead && m_bytes.size() >= sent + kDataHead; ++sent)
     {
-        if (m_bytes.size() < sent + kDataHead)
-            return;
         auto const again = m_bytes.begin() + static_cast<std::ptrdiff_t>(sent);
         if (std::equal(std::begin(kDataStart), std::end(kDataStart), again) &&
             std::equal(m_bytes.begin(), again, again))
         {
             m_bytes.erase(m_bytes.begin(), again);
             ++m_repeated;
-            return;
+            return true;
         }
     }
+    return false;
 }
 
 // Of the packet that stands first, which is there as a whole.
@@ -151,7 +150,9 @@ bool PacketReader::Next(Packet& packet)
 {
     for (;;)
     {
-        DropBrokenStart();
+        while (DropBrokenStart())
+        {
+        }
         size_t const size = PacketSize();
         if (!m_fault.empty() || size == 0 || size > m_bytes.size())
             return false;

@@ -68,7 +68,7 @@ public:
 private:
     size_t PacketSize() const;
     bool DropBrokenPiece(size_t size);
-    void DropBrokenStart();
+    bool DropBrokenStart();
     std::string FaultOf(size_t size) const;
     void Take(size_t size, Packet& packet);
 

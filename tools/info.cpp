@@ -193,6 +193,7 @@ Json ToJson(std::string const& file, Reader const& reader, Summary const& summar
     object["footer"] = reader.End() == EndState::Footer;
     object["end"] = EndName(reader.End());
     object["end_offset"] = reader.EndOffset();
+    object["trailing_zeros"] = reader.TrailingZeros();
     object["threads"] = ThreadsJson(summary);
     object["other_thread_calls"] = summary.otherThreadCalls;
     object["functions"] = FunctionsJson(summary);
@@ -250,6 +251,8 @@ std::string ToText(std::string const& file, Reader const& reader, Summary const&
     text += Row("frames", FramesText(summary));
     text += Row("snapshot", SnapshotText(reader));
     text += Row("footer", yes(reader.End() == EndState::Footer));
+    if (reader.TrailingZeros() != 0)
+        text += Row("zeros", std::to_string(reader.TrailingZeros()) + " bytes behind the last record");
     for (ThreadCalls const& thread : summary.threads)
         text += Row("thread", std::to_string(thread.thread) + ", " + std::to_string(thread.calls) + " calls");
     for (FunctionCalls const& function : summary.Functions())

@@ -14,6 +14,11 @@ namespace
 // A stream's record is read in pieces of at least this size, so that a length alone allocates nothing.
 constexpr size_t kPieceSize = 64 * 1024;
 
+bool AllZero(uint8_t const* bytes, size_t size)
+{
+    return std::all_of(bytes, bytes + size, [](uint8_t byte) { return byte == 0; });
+}
+
 bool IsFooterStart(uint8_t const* bytes) { return bytes[0] == kFooterFirst && bytes[1] == kFooterSecond; }
 
 // The payload's size, where the ID fixes it.
@@ -183,12 +188,28 @@ bool Reader::Next(Record& record)
             return Stop(EndState::Truncated, m_recordOffset,
                         "the file ends " + std::to_string(have) + " bytes into a record or the footer");
     }
+    if (AllZero(first, kRecordHeaderSize) && OnlyZerosFollow())
+    {
+        m_trailingZeros = m_position - m_recordOffset;
+        return Stop(EndState::NoFooter, m_recordOffset);
+    }
     uint32_t const size = LoadU32(first);
     uint16_t const id = LoadU16(first + 4);
     if (!CheckRecord(size, id, first) ||
         !ReadPayload(size, first + kRecordHeaderSize, have - kRecordHeaderSize))
         return false;
     Deliver(id, record);
+    return true;
+}
+
+// Reads up to the first byte that is not zero; the walk ends in either case.
+bool Reader::OnlyZerosFollow()
+{
+    uint8_t piece[4096];
+    size_t have = 0;
+    while ((have = ReadBytes(piece, sizeof piece)) != 0)
+        if (!AllZero(piece, have))
+            return false;
     return true;
 }
 

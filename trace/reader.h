@@ -43,7 +43,7 @@ enum class EndState : uint8_t
 {
     Reading,    // not at the end
     Footer,     // ended in order
-    NoFooter,   // ended behind a whole record: the recording was not closed
+    NoFooter,   // ended behind a whole record, or with zeros behind it: the recording was not closed
     Truncated,  // the input ends inside the header or a record
     Damaged     // what stands at the offset cannot be part of a trace
 };
@@ -72,6 +72,9 @@ public:
     // read.
     uint64_t EndOffset() const { return m_endOffset; }
     std::string const& EndReason() const { return m_endReason; }  // for Truncated and Damaged, one line
+    // Bytes behind the last record that are all zero: a machine that stops can leave a file grown ahead of
+    // its writing. Six at least, which no record begins with.
+    uint64_t TrailingZeros() const { return m_trailingZeros; }
 
     // The size of the input: known from the start for a file, at the end for a stream.
     std::optional<uint64_t> Size() const { return m_size; }
@@ -92,6 +95,7 @@ private:
     bool CheckHeader(uint8_t const* header);
     bool CheckRecord(uint32_t size, uint16_t id, uint8_t const* first);
     bool EndAtFooter(uint8_t const* footer);
+    bool OnlyZerosFollow();
     bool ReadPayload(uint32_t size, uint8_t const* first, size_t firstSize);
     bool AtEndOfInput();
     size_t ReadBytes(uint8_t* to, size_t size);
@@ -112,6 +116,7 @@ private:
     uint64_t m_call = 0;
     EndState m_end = EndState::Reading;
     uint64_t m_endOffset = 0;
+    uint64_t m_trailingZeros = 0;
     std::string m_endReason;
 };
 }  // namespace nebtrace

@@ -147,6 +147,49 @@ TEST_P(DamageTest, ASnapshotOutsideTheRecordsIsDamage)
     }
 }
 
+// Zeros up to the end are no record: a file can have been grown ahead of its writing. What they follow is
+// whole.
+TEST_P(DamageTest, ZerosUpToTheEndAreTheEnd)
+{
+    for (size_t const zeros : {size_t{6}, size_t{7}, size_t{10}, size_t{4102}, size_t{100000}})
+    {
+        Reader& reader = Read(Trace().Flush().Raw(Payload().Fill(zeros, 0)));
+        EXPECT_EQ(1u, Walk(reader));
+        EXPECT_EQ(EndState::NoFooter, reader.End());
+        EXPECT_TRUE(reader.EndedInOrder());
+        EXPECT_EQ(72u, reader.EndOffset());
+        EXPECT_EQ(zeros, reader.TrailingZeros());
+        EXPECT_EQ(72u + zeros, reader.Size());
+    }
+}
+
+// Fewer zeros than a record's head may be the beginning of one.
+TEST_P(DamageTest, FewZerosAreTheBeginningOfARecord)
+{
+    for (size_t const zeros : {size_t{1}, size_t{5}})
+    {
+        Reader& reader = Read(Trace().Flush().Raw(Payload().Fill(zeros, 0)));
+        EXPECT_EQ(1u, Walk(reader));
+        EXPECT_EQ(EndState::Truncated, reader.End());
+        EXPECT_EQ(72u, reader.EndOffset());
+        EXPECT_EQ(0u, reader.TrailingZeros());
+    }
+}
+
+// Zeros with anything behind them mean that the walk has lost its step.
+TEST_P(DamageTest, ZerosAheadOfOtherBytesAreDamage)
+{
+    for (size_t const zeros : {size_t{6}, size_t{5000}})
+    {
+        Reader& reader = Read(Trace().Flush().Raw(Payload().Fill(zeros, 0).U8(1)));
+        EXPECT_EQ(1u, Walk(reader));
+        EXPECT_EQ(EndState::Damaged, reader.End());
+        EXPECT_EQ(72u, reader.EndOffset());
+        EXPECT_EQ("no record has the ID 0", reader.EndReason());
+        EXPECT_EQ(0u, reader.TrailingZeros());
+    }
+}
+
 // An ID that no call has means that the walk has lost its step: zeros in a file would else be endless
 // records.
 TEST_P(DamageTest, AnUnknownIdEndsTheWalk)

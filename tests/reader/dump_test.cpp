@@ -168,7 +168,7 @@ TEST_F(DumpTest, ACutTraceIsPrintedUpToTheCut)
 // A damaged trace likewise.
 TEST_F(DumpTest, ADamagedTraceIsPrintedUpToTheDamage)
 {
-    Write(Trace().Flush().Raw(Payload().Fill(100, 0)));
+    Write(Trace().Flush().Raw(Payload().Fill(100, 0).U8(1)));
     Outcome const outcome = Run("dump --json FILE");
     EXPECT_EQ(1, outcome.code);
     EXPECT_EQ(1u, Lines(outcome.out).size());

@@ -56,7 +56,7 @@ TEST_F(InfoTest, TheJsonNamesAll)
         "frame_buffer": false, "records": 10, "calls": 6, "failed_calls": 1, "undecodable_records": 0,
         "thread_changes": 2, "state_markers": 2, "frames": 2, "first_frame": 40, "last_frame": 41,
         "unfinished_frame_calls": 0, "snapshot": {"position": 208, "size": 22}, "footer": true, "end": "footer",
-        "end_offset": 230, "threads": [{"thread": 7, "calls": 2}, {"thread": 8, "calls": 4}],
+        "end_offset": 230, "trailing_zeros": 0, "threads": [{"thread": 7, "calls": 2}, {"thread": 8, "calls": 4}],
         "other_thread_calls": 0, "functions": [{"api": "es2", "name": "glFlush", "calls": 3},
         {"api": "egl", "name": "eglSwapBuffers", "calls": 2}, {"api": "es2", "name": "glEnable", "calls": 1}]})"),
               json::parse(outcome.out));
@@ -144,4 +144,17 @@ TEST_F(InfoTest, ThreadsBeyondAThousandAreOneEntry)
     json const info = json::parse(Run("info --json FILE").out);
     EXPECT_EQ(1000u, info["threads"].size());
     EXPECT_EQ(5, info["other_thread_calls"]);
+}
+
+// A file that was grown ahead of its writing, by a machine that then stopped, is no damaged one.
+TEST_F(InfoTest, ZerosBehindTheRecordsAreSaid)
+{
+    Write(Trace().Flush().Raw(Payload().Fill(100, 0)));
+    Outcome const text = Run("info FILE");
+    EXPECT_EQ(0, text.code);
+    EXPECT_NE(std::string::npos, text.out.find("zeros         100 bytes behind the last record\n"));
+    json const info = json::parse(Run("info --json FILE").out);
+    EXPECT_EQ("no footer", info["end"]);
+    EXPECT_EQ(72, info["end_offset"]);
+    EXPECT_EQ(100, info["trailing_zeros"]);
 }

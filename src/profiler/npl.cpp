@@ -138,10 +138,12 @@ int nplCountersUpdate(SSPSCommsData* comms, unsigned int const* values)
 {
     if (!PumpComms(*comms))
         return 0;
+    // Ahead of the first write, which may wait for a slow server.
+    unsigned int const now = nplGetTimeUS(comms);
     // The time and the values are the payload; there is no count, since both ends know it.
     uint64_t const size = (uint64_t{comms->counterCount} + 1) * sizeof *values;
     return DataPathSendPayloadDescription(*comms->pDataPath, eRcCounters, size) &&
-           comms->pDataPath->DataSend(nplGetTimeUS(comms)) &&
+           comms->pDataPath->DataSend(now) &&
            DataPathSendRaw(*comms->pDataPath, values, static_cast<unsigned int>(size - sizeof *values));
 }
 

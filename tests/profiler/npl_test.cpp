@@ -160,6 +160,31 @@ TEST_F(Npl, CountersAreATimeAndValues)
     EXPECT_EQ(0, nplCountersUpdate(comms, values));
 }
 
+// The time is that of the frame's end: it is read ahead of the block, whose first write may wait for a slow
+// server.
+TEST_F(Npl, TheTimeOfCountersIsReadAheadOfTheBlock)
+{
+    struct Slow : ScriptedPath
+    {
+        int DataSendBytes(char const* data, unsigned int length) override
+        {
+            SetClock(6000, 0);
+            return ScriptedPath::DataSendBytes(data, length);
+        }
+    };
+    ConnectWithTables();
+    delete comms->pDataPath;
+    path = new Slow;
+    comms->pDataPath = path;
+    unsigned int const values[] = {1, 2};
+    EXPECT_NE(0, nplCountersUpdate(comms, values));
+    EXPECT_EQ((Bytes{12, 0, 0, 136,           // description
+                     0x07, 0xF2, 0x05, 0x2A,  // time
+                     1, 0, 0, 0,              // "Draws"
+                     2, 0, 0, 0}),            // "CPU"
+              path->TakeSent());
+}
+
 // A mark has the time of its making.
 TEST_F(Npl, AMarkHasATime)
 {

@@ -64,8 +64,30 @@ class ServerTest(PerfTest):
         self.end(application)
         self.assertEqual(shared_objects(), [])
 
-    # Rings of applications that died while nobody looked are removed by the next server; those of one that lives stay.
-    def test_rings_of_the_dead_are_removed_at_the_start(self):
+    # Who found the rendezvous of a killed server waits for an answer, and has it from the next one. Nobody who comes
+    # later is given names that are in use.
+    def test_who_waits_for_a_killed_server_is_taken_over(self):
+        server = self.perf("--json")
+        self.end(self.connected())
+        server.signal(signal.SIGKILL)
+        server.finish()
+        waiting = self.application()
+        waiting.ask("frame 0 0 0", "^lost$")
+        self.assertEqual(shared_objects(), sorted(OF_SERVER + rings_of(2)))
+        server = self.perf("--json")
+        waiting.ask("connect", "^connected$")
+        self.frames(waiting, (1, 1, 1), (2, 2, 2))
+        server.wait_for(f'"pid":{waiting.pid},')
+        later = self.connected()
+        self.assertEqual(shared_objects(), sorted(OF_SERVER + rings_of(2) + rings_of(3)))
+        self.end(waiting)
+        self.end(later)
+        self.stop(server)
+        self.assertEqual(shared_objects(), [])
+
+    # Rings of a killed server's applications are of no use to anybody, be the applications dead or not: the next
+    # server removes them, and takes nothing that a living one holds from under it.
+    def test_rings_of_a_killed_server_are_removed(self):
         server = self.perf("--json")
         dead, living = self.connected(), self.connected()
         server.signal(signal.SIGKILL)
@@ -75,7 +97,8 @@ class ServerTest(PerfTest):
         self.assertEqual(shared_objects(), sorted(OF_SERVER + rings_of(1) + rings_of(2)))
         code, _, _ = self.perf("--timeout", "0.01").finish()
         self.assertEqual(code, 1)
-        self.assertEqual(shared_objects(), rings_of(2))
+        self.assertEqual(shared_objects(), [])
+        living.ask("frame 1 2 3", "^sent$")
         self.end(living)
         self.assertEqual(shared_objects(), [])
 

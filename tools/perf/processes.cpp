@@ -159,7 +159,7 @@ void UnlinkRings(uint32_t ticket)
                 shm_unlink(SSharedName(kPerfServerName, ticket, part, i, kind).text);
 }
 
-void UnlinkDeadRings()
+std::set<uint32_t> UnlinkDeadRings()
 {
     Rings rings;
     std::set<uint32_t> tickets;
@@ -172,11 +172,13 @@ void UnlinkDeadRings()
             tickets.insert(ticket);
         }
     if (tickets.empty())
-        return;
+        return {};
+    std::set<uint32_t> used;
     for (uint32_t const id : OtherProcesses())
-        for (uint32_t const used : TicketsOf(id, rings))
-            tickets.erase(used);
+        used.merge(TicketsOf(id, rings));
     for (uint32_t const ticket : tickets)
-        UnlinkRings(ticket);
+        if (used.count(ticket) == 0)
+            UnlinkRings(ticket);
+    return used;
 }
 }  // namespace perf

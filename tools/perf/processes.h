@@ -1,6 +1,7 @@
 // The other processes on this machine, as the performance server needs to know them.
 #pragma once
 #include <cstdint>
+#include <set>
 #include <string>
 
 namespace perf
@@ -30,10 +31,10 @@ private:
 // The process that shares the rings of a ticket with this one; an unknown one if none is found.
 Process FindProcessWithRings(uint32_t ticket);
 
-// Removes the names of the rings of a ticket from shared memory. Only for a process that is gone: another one
-// would find nobody at the other end.
+// Removes the names of the rings of a ticket from shared memory. Only where one end is gone for good: nobody
+// else can come to them any more.
 void UnlinkRings(uint32_t ticket);
 
-// Removes the rings of all tickets that no running process has in use.
-void UnlinkDeadRings();
+// Removes the rings of all tickets that no running process has in use; returns the other tickets.
+std::set<uint32_t> UnlinkDeadRings();
 }  // namespace perf

@@ -1,5 +1,6 @@
 #include "tools/perf/server.h"
 #include "tools/commands.h"
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -19,13 +20,54 @@ constexpr char kLockName[] = "/NEBPerfServerVsAppLib.server";
 // An application holds the rendezvous for as long as it takes to make a few objects.
 constexpr std::chrono::milliseconds kLongestHold{1000};
 constexpr std::chrono::milliseconds kLateArrivals{5};
+constexpr uint32_t kHelloSize = 5;
+constexpr uint32_t kMostPassedOver = 10000;
 
 SSharedName RendezvousName(char const* kind) { return {kPerfServerName, 0, "N", 0, kind}; }
 
-void UnlinkRendezvous()
+// Returns whether there was one.
+bool UnlinkRendezvous()
 {
-    shm_unlink(RendezvousName("d").text);
+    bool const was = shm_unlink(RendezvousName("d").text) == 0;
     shm_unlink(RendezvousName("m").text);
+    return was;
+}
+
+// An object of another process for a scope.
+class Mapping
+{
+public:
+    Mapping(char const* name, uint32_t size)
+    {
+        if (!bufOpenOrCreateMem(m_mem, m_data, false, name, size))
+            m_data = nullptr;
+    }
+    ~Mapping() { bufDestMem(m_mem, m_data); }
+    Mapping(Mapping const&) = delete;
+    Mapping& operator=(Mapping const&) = delete;
+
+    explicit operator bool() const { return m_data != nullptr; }
+    template <typename Record>
+    Record& As() const
+    {
+        return *reinterpret_cast<Record*>(m_data);
+    }
+
+private:
+    CSharedMem m_mem;
+    char* m_data = nullptr;
+};
+
+// Whether an application has said HELLO in these rings, and no server has touched them.
+bool IsUnanswered(uint32_t ticket)
+{
+    Mapping const up(SSharedName(kPerfServerName, ticket, "U", 0, "d").text, kRingBufferSize);
+    Mapping const down(SSharedName(kPerfServerName, ticket, "D", 0, "d").text, kRingBufferSize);
+    if (!up || !down)
+        return false;
+    auto const& sent = up.As<SRingPositions>();
+    auto const& answered = down.As<SRingPositions>();
+    return sent.read == 0 && sent.write == kHelloSize && answered.read == 0 && answered.write == 0;
 }
 
 bool IsSameFile(int file, int other)
@@ -84,9 +126,37 @@ Server::Server()
 {
     AllowManyFiles();
     // What a killed server left. The herd would remove it as well, but say so on standard output.
-    UnlinkRendezvous();
-    UnlinkDeadRings();
+    if (UnlinkRendezvous())
+        std::this_thread::sleep_for(kLateArrivals);
+    std::set<uint32_t> const tickets = UnlinkDeadRings();
     Listen();
+    TakeOver(tickets);
+}
+
+// An application that found the rendezvous of a killed server waits for an answer to its HELLO, and is given
+// one. Those that the killed server had answered are lost to this one. New tickets begin behind all of
+// theirs: an application that comes to names in use takes them away.
+void Server::TakeOver(std::set<uint32_t> const& tickets)
+{
+    for (uint32_t const ticket : tickets)
+        if (!IsUnanswered(ticket))
+            UnlinkRings(ticket);
+    uint32_t const last = tickets.empty() ? 0 : std::min(*tickets.rbegin(), kMostPassedOver);
+    for (uint32_t ticket = 1; ticket <= last; ++ticket)
+    {
+        TakeOwnTicket();
+        TakeIn();
+    }
+}
+
+// As an application does, so that the herd looks for the rings of that ticket, and goes on to the next.
+void Server::TakeOwnTicket()
+{
+    Mapping const rendezvous(RendezvousName("d").text, kRendezvousSize);
+    if (!rendezvous || !bufLockMutex(m_rendezvous, false))
+        return;
+    __atomic_store_n(&rendezvous.As<uint32_t>(), 0, __ATOMIC_RELEASE);
+    bufUnlockMutex(m_rendezvous);
 }
 
 void Server::Listen()

@@ -38,6 +38,8 @@ public:
 
 private:
     void Listen();
+    void TakeOver(std::set<uint32_t> const& tickets);
+    void TakeOwnTicket();
     void TakeIn();
     void FreeRendezvous();
 

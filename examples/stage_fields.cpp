@@ -54,8 +54,7 @@ void StageFields::DrawFrame(int /*frame*/)
     m_tally.Begin();
     UploadQuad();
     Prepare();
-    glClearColor(0.10F, 0.12F, 0.16F, 1);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+    ClearTo(kNight, GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
     Blending();
     DepthTest();
     StencilTest();
@@ -97,6 +96,12 @@ void StageFields::UploadQuad()
     m_tally.Add("Buffer object uploads (bytes)", sizeof kQuad);
     glBufferSubData(GL_ARRAY_BUFFER, 0, 2 * sizeof(GLfloat), kQuad);
     m_tally.Add("Buffer object modifications (bytes)", 2 * sizeof(GLfloat));
+}
+
+void StageFields::ClearTo(Colour const& colour, GLbitfield buffers)
+{
+    glClearColor(colour.red, colour.green, colour.blue, colour.alpha);
+    glClear(buffers);
 }
 
 void StageFields::View(GLint x, GLint y, GLsizei width, GLsizei height)

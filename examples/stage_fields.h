@@ -14,10 +14,18 @@ struct Colour
 {
     float red, green, blue, alpha;
 };
-constexpr Colour kOrange = {0.9F, 0.5F, 0.1F, 1};
-constexpr Colour kGreen = {0.2F, 0.7F, 0.3F, 1};
-constexpr Colour kViolet = {0.6F, 0.3F, 0.8F, 1};
-constexpr Colour kVeil = {0.2F, 0.4F, 1, 0.5F};
+// Of bytes, so that every driver stores the same ones.
+constexpr Colour Bytes(int red, int green, int blue, int alpha = 255)
+{
+    return {static_cast<float>(red) / 255, static_cast<float>(green) / 255, static_cast<float>(blue) / 255,
+            static_cast<float>(alpha) / 255};
+}
+constexpr Colour kNight = Bytes(26, 31, 41);
+constexpr Colour kPlum = Bytes(102, 26, 128);
+constexpr Colour kOrange = Bytes(230, 128, 26);
+constexpr Colour kGreen = Bytes(51, 179, 77);
+constexpr Colour kViolet = Bytes(153, 77, 204);
+constexpr Colour kVeil = Bytes(51, 102, 255, 128);
 
 class StageFields : public Scene
 {
@@ -45,6 +53,7 @@ protected:
     static void UploadChecks(GLenum target);
     GLuint ChecksTexture() const { return m_checks; }
 
+    static void ClearTo(Colour const& colour, GLbitfield buffers);
     void View(GLint x, GLint y, GLsizei width, GLsizei height);
     // Fields are counted from the top left one.
     void Field(int column, int row);

@@ -129,8 +129,7 @@ private:
         glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
         AttachPicture();
         View(0, 0, kTarget, kTarget);
-        glClearColor(0.4F, 0.1F, 0.5F, 1);
-        glClear(GL_COLOR_BUFFER_BIT);
+        ClearTo(examples::kPlum, GL_COLOR_BUFFER_BIT);
         Use(m_colours, examples::kGreen);
         Quad(0.5F);
         glBindFramebuffer(GL_FRAMEBUFFER, 0);

@@ -192,6 +192,7 @@ void CProfiler::DoCall(int id, void const* const* args, bool& bCallHost)
         bCallHost = false;
 }
 
+// On purpose: one texture a bind, in this order whichever API binds. Two libraries may give the same name.
 void CProfiler::GiveUpPrivateTexture(unsigned int texture)
 {
     SContext* const context = CurrentContext();

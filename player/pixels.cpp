@@ -58,11 +58,13 @@ unsigned PixelSize(GLenum format, GLenum type)
     }
 }
 
+bool IsAlignment(int32_t value) { return value == 1 || value == 2 || value == 4 || value == 8; }
+
 // The sizes are below 2^31 each: the row cannot overflow, and neither can what the caller bounds.
 uint64_t ImageSize(ImageShape const& shape, int32_t alignment)
 {
-    bool const known = alignment == 1 || alignment == 2 || alignment == 4 || alignment == 8;
-    if (shape.width <= 0 || shape.height <= 0 || shape.depth <= 0 || shape.pixelSize == 0 || !known)
+    bool const empty = shape.width <= 0 || shape.height <= 0 || shape.depth <= 0 || shape.pixelSize == 0;
+    if (empty || !IsAlignment(alignment))
         return 0;
     auto const step = static_cast<uint64_t>(alignment);
     uint64_t const tight = uint64_t{shape.pixelSize} * static_cast<uint64_t>(shape.width);

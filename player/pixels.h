@@ -16,6 +16,9 @@ struct ImageShape
     unsigned pixelSize = 0;
 };
 
+// Whether rows of images can begin at its multiples.
+bool IsAlignment(int32_t value);
+
 // Bytes up to the last row's last pixel, with rows that begin at multiples of the alignment. 0 for an image
 // without pixels or with an alignment that GL has not.
 uint64_t ImageSize(ImageShape const& shape, int32_t alignment);

@@ -98,6 +98,24 @@ TEST_F(Replay, ImagesKeepTheAlignmentThatTheirRowsHave)
     EXPECT_EQ(Run("replay FILE").code, 0);
 }
 
+// With an alignment that GL has not, a driver would keep the one it has, and read rows that were not
+// measured.
+TEST_F(Replay, AnAlignmentThatGlHasNotIsNotTried)
+{
+    ReplayTrace captured;
+    captured.Record(4, {}).Gl(2007, {0x0DE1, 1});
+    // glTexImage2D of 3 x 2 RGB in tight rows, aligned to three
+    captured.Record(
+        2106,
+        Payload().Words({0, 0x0DE1, 0, 0x1907, 3, 2, 0, 0x1907, 0x1401, 0x9000, 18}).Fill(18, 0x55).U32(3));
+    captured.Record(4, {}).Clear().Swap(0, 0, 0, 0);
+    Write(captured.Closed());
+    Outcome const done = Run("replay FILE");
+    EXPECT_EQ(done.err, "");
+    EXPECT_EQ(done.out, "1 frames, 5 calls replayed\n");
+    EXPECT_EQ(done.code, 0);
+}
+
 // An error that only the replay raises points at what went wrong; one that the recording had as well does
 // not.
 TEST_F(Replay, OnlyErrorsThatTheRecordingDidNotHaveAreTold)

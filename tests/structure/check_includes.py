@@ -28,6 +28,8 @@ SOURCES = {room: LIBRARY for room in LIBRARY}
 SOURCES.update({room: HEADERS[room] for room in ("trace", "player", "tools", "examples")})
 SOURCES["frontends"] = LIBRARY
 HEADERS["frontends"] = LIBRARY
+# Whatever reads bytes of others can be fuzzed.
+SOURCES["fuzz"] = HEADERS["fuzz"] = LIBRARY | {"trace", "player", "tools"}
 WRAPPER_DECLARATIONS = {"wrappers/egl.h", "wrappers/es1.h", "wrappers/es2.h"}
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"')
 

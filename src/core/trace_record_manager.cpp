@@ -4,6 +4,7 @@
 #include "core/init_order.h"
 #include "support/log.h"
 #include "support/relaxed.h"
+#include <sys/resource.h>
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -51,6 +52,33 @@ uint64_t BytesWritten()
     return CTraceRecordManager::m_uBytesWritten;
 }
 
+// Bytes that surely fit the process's limit on file sizes. Asked for anew once they are used up.
+uint64_t s_u64Room = 0;
+
+uint64_t RoomInFile(FILE* file)
+{
+    rlimit limit{};
+    if (getrlimit(RLIMIT_FSIZE, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY)
+        return UINT64_MAX;
+    auto const position = ftello(file);
+    if (position < 0)
+        return UINT64_MAX;
+    uint64_t const used = static_cast<uint64_t>(position);
+    return limit.rlim_cur > used ? limit.rlim_cur - used : 0;
+}
+
+// A write beyond the limit would raise SIGXFSZ, which ends an application that does not expect it, and
+// without the recorder has no reason to. Such a write is not tried: it has failed.
+bool FitsFileSizeLimit(FILE* file, uint64_t size)
+{
+    if (size > s_u64Room)
+        s_u64Room = RoomInFile(file);
+    if (size > s_u64Room)
+        return false;
+    s_u64Room -= size;
+    return true;
+}
+
 template <typename T>
 void CreateIfAbsent(T*& object)
 {
@@ -96,6 +124,10 @@ bool CTraceRecordManager::TraceOpen(CNEBTString name)
     m_TraceFile = std::fopen(name.c_str(), "wb");
     if (!m_TraceFile)
         return false;
+    // Without a buffer a write that fails does so here and now: a full disk would otherwise show when the
+    // buffer is flushed, and go unsaid. Each write is flushed in any case.
+    std::setvbuf(m_TraceFile, nullptr, _IONBF, 0);
+    s_u64Room = 0;
     m_Filename = name;
     m_uBytesWritten = 0;
     return true;
@@ -134,7 +166,8 @@ bool CTraceRecordManager::WriteData(void const* data, unsigned int size, unsigne
         std::fflush(m_TraceFile);
         return false;
     }
-    if (std::fwrite(data, size, count, m_TraceFile) == count)
+    if (FitsFileSizeLimit(m_TraceFile, uint64_t{size} * count) &&
+        std::fwrite(data, size, count, m_TraceFile) == count)
     {
         m_uBytesWritten += size;  // every caller's count is 1
         std::fflush(m_TraceFile);

@@ -2,6 +2,7 @@
 #include "tests/wrappers/recorder.h"
 #include <filesystem>
 #include <fstream>
+#include <sys/resource.h>
 #include <unistd.h>
 
 using TraceFile = Recorder;
@@ -33,6 +34,24 @@ public:
 
 private:
     std::string const m_path;
+};
+
+// A limit on the size of files, for as long as it stands.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t size)
+    {
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        rlimit const limit{size, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
+    FileSizeLimit(FileSizeLimit const&) = delete;
+    FileSizeLimit& operator=(FileSizeLimit const&) = delete;
+
+private:
+    rlimit m_before{};
 };
 
 bool WriteHeader()
@@ -179,6 +198,34 @@ TEST_F(TraceFile, AFileGrowsBeyondTwoGigabytes)
     EXPECT_TRUE(CTraceRecordManager::WriteData("abcdef", 6, 1));
     EXPECT_TRUE(CTraceRecordManager::WriteData("gh", 2, 1));
     EXPECT_EQ(0x7FFFFFFFu - 3 + 8, std::filesystem::file_size(trace.Path()));
+}
+
+// A full disk is noticed by the write that it refuses, however small, and not by a later one.
+TEST_F(TraceFile, AFullDiskIsNoticedAtOnce)
+{
+    Printed([] { ASSERT_TRUE(CTraceRecordManager::TraceOpen("/dev/full")); });
+    EXPECT_EQ("NEBTRACE(W) ERROR: ERROR: Writing to trace file failed. Size attempted: 1\n\n",
+              Printed([] { EXPECT_FALSE(CTraceRecordManager::WriteData("a", 1, 1)); }));
+    EXPECT_EQ(0u, CTraceRecordManager::m_uBytesWritten);
+}
+
+// A write beyond the process's limit on file sizes fails like any other: the signal that it would raise,
+// which ends a process by default, is not the application's doing. A limit that is raised later is honoured.
+TEST_F(TraceFile, AWriteBeyondTheFileSizeLimitRaisesNoSignal)
+{
+    ScratchTrace trace("limited.nebt");
+    std::string const most(4090, 'x');  // the log is captured in a file, too, and must fit the limit
+    {
+        FileSizeLimit const limit(4096);
+        ASSERT_TRUE(trace.Open());
+        EXPECT_TRUE(CTraceRecordManager::WriteData(most.data(), 4090, 1));
+        EXPECT_EQ("NEBTRACE(W) ERROR: ERROR: Writing to trace file failed. Size attempted: 7\n\n",
+                  Printed([] { EXPECT_FALSE(CTraceRecordManager::WriteData("abcdefg", 7, 1)); }));
+        EXPECT_TRUE(CTraceRecordManager::WriteData("123456", 6, 1));
+        EXPECT_EQ(4096u, CTraceRecordManager::m_uBytesWritten);
+    }
+    EXPECT_TRUE(CTraceRecordManager::WriteData("abc", 3, 1));
+    EXPECT_EQ(most + "123456abc", Contents(trace.Path()));
 }
 
 // A file that cannot be opened leaves the recorder without one; the calls go on and the name stays.

@@ -1,0 +1,89 @@
+"""An application that ends in mid-recording by a signal: what it had done up to then is in the file."""
+
+import os
+import random
+import signal
+import struct
+import subprocess
+import unittest
+
+from faults import FaultTest, program
+from support import LONGEST, NEBTRACE
+
+FAULTY = program("faulty")
+RUNS = 100
+LATEST = 60  # frames that a run may finish before it is killed
+
+
+class Killed(FaultTest):
+    def run_and_kill(self, finished):
+        """Kills an application at some moment behind so many frames; returns how many it had told of."""
+        reader, writer = os.pipe()
+        with subprocess.Popen(
+            [FAULTY, "frames", "1000000", str(writer)],
+            cwd=self.folder,
+            env=self.traced(),
+            pass_fds=[writer],
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+        ) as process:
+            os.close(writer)
+            with os.fdopen(reader, "rb") as reports:
+                self.assertEqual(len(reports.read(4 * finished)), 4 * finished)
+                process.kill()
+                told = reports.read()
+            self.assertEqual(process.wait(LONGEST), -signal.SIGKILL)
+        numbers = struct.unpack(f"<{len(told) // 4}I", told)
+        self.assertEqual(numbers, tuple(range(finished, finished + len(numbers))))
+        return finished + len(numbers)
+
+    def check_remains(self, told):
+        """All that was finished is in the file, in whole records, and every reader agrees on where they end."""
+        remains = self.remains()
+        frames = len(remains.of("eglSwapBuffers"))
+        self.assertGreaterEqual(frames, told)
+        self.assertLessEqual(frames, told + 1)
+        self.assertIn(len(remains.textures()), (frames, frames + 1))
+        self.assertEqual(remains.textures(), list(range(len(remains.textures()))))
+        repaired = self.run_command(NEBTRACE, "repair", "trace.nebt", "-o", "fixed.nebt")
+        self.assertEqual((repaired.returncode, repaired.stderr), (0, ""))
+        with open(self.path("fixed.nebt"), "rb") as file:
+            self.assertEqual(file.read(), remains.bytes[: remains.end] + b"\x13\x10" + bytes(8))
+        return len(remains.rest)
+
+    # Whatever the moment, no finished call is missing, and at most one record is not whole.
+    def test_no_moment_of_a_kill_loses_a_finished_call(self):
+        self.configure()
+        choice = random.Random()
+        cuts = 0
+        for run in range(RUNS):
+            finished = choice.randint(1, LATEST)
+            with self.subTest(run=run, finished=finished):
+                cuts += self.check_remains(self.run_and_kill(finished)) != 0
+        print(f"{RUNS} runs, {cuts} of them cut within a record")
+
+    # The same for the application's own end: its code passes, and each call up to its last is in the file.
+    def test_a_crash_of_the_application_is_its_own(self):
+        for way, code, last in (
+            ("segv", -signal.SIGSEGV, "eglSwapBuffers"),
+            ("segv_in_a_call", -signal.SIGSEGV, "eglSwapBuffers"),
+            ("abort", -signal.SIGABRT, "eglSwapBuffers"),
+        ):
+            with self.subTest(way=way):
+                self.configure()
+                self.assertEqual(self.run_both(FAULTY, way).returncode, code)
+                remains = self.remains()
+                self.assertEqual(remains.rest, b"")
+                self.assertEqual(remains.textures(), list(range(5)))
+                self.assertEqual(remains.names()[-1], last)
+
+    # A profiled application that crashes does so as ever.
+    def test_a_crash_under_the_profiler_is_the_applications(self):
+        self.configure(Profile=1)
+        for way in ("segv", "abort"):
+            with self.subTest(way=way):
+                self.run_both(FAULTY, way)
+
+
+if __name__ == "__main__":
+    unittest.main()

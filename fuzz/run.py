@@ -13,7 +13,7 @@ import sys
 
 # An input that takes longer than this, in seconds, or more memory, in MiB, is a finding.
 SLOWEST = 20
-MOST_MEMORY = 2048
+MOST_MEMORY = 4096
 AT_A_TIME = min(2, os.cpu_count() or 1)
 ROW = "{:<16} {:>12} {:>9} {:>15} {:>8}  {}"
 

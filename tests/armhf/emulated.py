@@ -9,10 +9,9 @@ from support import BUILD, ScratchTest  # noqa: E402
 ARMHF_BUILD = os.environ["NEBTRACE_ARMHF_BUILD"]
 EMULATOR = ("qemu-arm", "-L", os.environ["NEBTRACE_ARMHF_SYSROOT"])
 
-# All that a recording of the middle of a run can hold: what render_target drew into its texture beforehand is not in
-# the state.
-MID_RUN_EXAMPLES = ("cube", "client_arrays", "cube_map", "programs", "stages", "lighting", "sprites", "stages_es1")
-EXAMPLES = MID_RUN_EXAMPLES + ("render_target",)
+EXAMPLES = ("cube", "client_arrays", "cube_map", "programs", "stages", "lighting", "sprites", "stages_es1")
+# Recorded or not, Mesa draws a few of its pixels otherwise on the one machine than on the other.
+DRAWN_OTHERWISE = "render_target"
 
 
 class EmulatedTest(ScratchTest):
@@ -26,21 +25,17 @@ class EmulatedTest(ScratchTest):
     def emulated(self, *command):
         return self.run_command(*EMULATOR, os.path.join(ARMHF_BUILD, *command[0].split("/")), *command[1:])
 
-    def record_there(self, name, trace, frames, *layout):
+    def record_there(self, name, trace, *options):
         """Records an example on the 32-bit device. The emulator runs no program that an emulated one starts, so it
         is named as the application."""
-        done = self.emulated("tools/nebtrace", "record", *self.arguments(trace, frames, *layout), "--", *EMULATOR,
+        done = self.emulated("tools/nebtrace", "record", *options, "-o", trace, "--", *EMULATOR,
                              *self.example(ARMHF_BUILD, name))
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
         return trace
 
-    def record_here(self, name, trace, frames, *layout):
-        self.record_well(*self.arguments(trace, frames, *layout), "--", *self.example(BUILD, name))
+    def record_here(self, name, trace, *options):
+        self.record_well(*options, "-o", trace, "--", *self.example(BUILD, name))
         return trace
-
-    @staticmethod
-    def arguments(trace, frames, *layout):
-        return ("--frames", frames, "--save-frames", *layout, "-o", trace)
 
     @staticmethod
     def example(build, name):

@@ -4,6 +4,7 @@
 #include "core/trace_record_manager.h"
 #include "support/log.h"
 #include "support/relaxed.h"
+#include <atomic>
 #include <cstdlib>
 #include <unistd.h>
 
@@ -45,8 +46,13 @@ void CloseRecording()
         CTraceRecordManager::WriteFileFooter(0);
 }
 
+// The process ends once: what calls here later does so from the application's exit handlers, which are to
+// come to their end, or from another thread, while it is ending.
 void ExitAfterLastFrame()
 {
+    static std::atomic<bool> s_bEnding{false};
+    if (s_bEnding.exchange(true))
+        return;
     if (STraceConfig::m_debugInfo >= 1)
         LogMessage("Exit. Last frame has been reached, nebtrace.cfg file ExitOnLastFrame=True");
     CTraceRecordManager::TraceClose(false);

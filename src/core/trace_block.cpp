@@ -4,6 +4,7 @@
 #include "core/trace_record_manager.h"
 #include "platform/platform.h"
 #include "support/lasting_mutex.h"
+#include "support/relaxed.h"
 #include <cstring>
 #include <new>
 #include <pthread.h>
@@ -232,6 +233,10 @@ static void AfterForkInChild()
     pthread_setcancelstate(s_cancelState, nullptr);
     if (CTraceRecordManager::m_u64LastThreadId != 0)
         STraceConfig::PreventSaving();
+    // Another thread may have been writing a snapshot. It is not here to end it, and calls would never reach
+    // the host.
+    StoreRelaxed(STraceConfig::m_bDoNativeCall, true);
+    STraceConfig::m_writingRenderState = false;
     if (STraceBlockImpl* const block = GetThreadTraceBlock())
         block->threadId = get_id();
     LeaveNetworkAfterFork();

@@ -4,6 +4,7 @@
 #include "core/init_order.h"
 #include "support/log.h"
 #include "support/relaxed.h"
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/types.h>
 #include <unistd.h>
@@ -50,6 +51,18 @@ uint64_t BytesWritten()
 {
     CCriticalSection const section;
     return CTraceRecordManager::m_uBytesWritten;
+}
+
+// Never in the place of a standard stream that the application was started without: what is printed, by us or
+// by it, would go into the trace.
+FILE* OpenBehindStandardStreams(char const* name)
+{
+    FILE* const file = std::fopen(name, "wb");
+    if (!file || fileno(file) > STDERR_FILENO)
+        return file;
+    int const moved = fcntl(fileno(file), F_DUPFD, STDERR_FILENO + 1);
+    std::fclose(file);
+    return moved < 0 ? nullptr : fdopen(moved, "wb");
 }
 
 // Bytes that surely fit the process's limit on file sizes. Asked for anew once they are used up.
@@ -121,7 +134,7 @@ bool CTraceRecordManager::TraceOpen(CNEBTString name)
     }
     name = ExpandProcessId(name);
     LogMessage("Opening trace file to record: %s", name.c_str());
-    m_TraceFile = std::fopen(name.c_str(), "wb");
+    m_TraceFile = OpenBehindStandardStreams(name.c_str());
     if (!m_TraceFile)
         return false;
     // Without a buffer a write that fails does so here and now: a full disk would otherwise show when the

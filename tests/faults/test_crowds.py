@@ -59,6 +59,28 @@ class Crowds(FaultTest):
                     if not keys:
                         self.remains()
 
+    # The recorder ends the process behind the range, from a call of whichever thread comes first: once, in order.
+    def test_the_last_frame_ends_a_process_of_many_threads(self):
+        self.configure(EndFrame=0, ExitOnLastFrame=1)
+        for run in range(REPEATS):
+            with self.subTest(run=run):
+                done = self.run_traced(CROWD, "exit")
+                self.assertEqual((done.returncode, done.stderr), (1, ""))
+                self.assertTrue(self.trace().ends_with_footer())
+
+    # A thread that is cancelled in a call leaves no lock behind, and no part of a record.
+    def test_cancelled_threads_leave_nothing_locked(self):
+        for keys in ({}, {"StartFrame": 1000000}, {"Profile": 1}):
+            with self.subTest(keys=keys):
+                self.configure(**keys)
+                self.assertEqual(self.run_both(CROWD, "cancel", "50").returncode, 0)
+                if not keys:
+                    remains = self.remains()
+                    self.assertEqual(remains.rest, b"")
+                    self.assertEqual(len(remains.of("eglSwapBuffers")), 2)
+                    for calls in self.calls_by_number(remains).values():
+                        self.assertEqual(calls, list(range(len(calls))))
+
     # One thread forks while others are in their calls: no child finds a lock that nobody will open.
     def test_forks_in_the_midst_of_calls_find_nothing_locked(self):
         for keys in ({}, {"StartFrame": 1000000}, {"Profile": 1}):

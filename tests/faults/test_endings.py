@@ -30,6 +30,14 @@ class Endings(FaultTest):
                 self.configure(**keys)
                 self.run_both(FAULTY, "fork")
 
+    # A program that forks itself into the background before it draws is recorded there.
+    def test_a_program_in_the_background_is_recorded(self):
+        self.configure()
+        self.assertEqual(self.run_both(FAULTY, "daemon").returncode, 3)
+        remains = self.remains()
+        self.assertEqual(remains.rest, b"")
+        self.assertEqual(remains.textures(), list(range(5)))
+
     # A program that the child becomes has a recorder of its own, and a file if the name tells them apart.
     def test_a_child_that_becomes_another_program_has_a_recording_of_its_own(self):
         for name, keys in SCENES.items():

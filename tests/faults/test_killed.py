@@ -8,10 +8,12 @@ import subprocess
 import unittest
 
 from faults import FaultTest, program
-from support import LONGEST, NEBTRACE
+from support import HEADER_SIZE, LONGEST, NEBTRACE, Trace
 
 FAULTY = program("faulty")
 RUNS = 100
+RANGE_RUNS = 20
+FIRST, LAST = 3, 6  # the frames of the range
 LATEST = 60  # frames that a run may finish before it is killed
 
 
@@ -61,6 +63,37 @@ class Killed(FaultTest):
             with self.subTest(run=run, finished=finished):
                 cuts += self.check_remains(self.run_and_kill(finished)) != 0
         print(f"{RUNS} runs, {cuts} of them cut within a record")
+
+    # Around a range of frames with a state ahead of them or behind them, too: a state behind the frames that is whole
+    # is found by the repair, and one that is not is never pointed at.
+    def test_kills_around_a_captured_state_leave_whole_records(self):
+        choice = random.Random()
+        for run in range(RANGE_RUNS):
+            optimized = run % 2
+            self.configure(StartFrame=FIRST, EndFrame=LAST, OptimizeRS=optimized)
+            finished = choice.randint(FIRST - 1, LAST + 2)
+            with self.subTest(run=run, finished=finished, optimized=optimized):
+                told = self.run_and_kill(finished)
+                self.check_range(told, optimized)
+
+    def check_range(self, told, optimized):
+        with open(self.path("trace.nebt"), "rb") as file:
+            content = file.read()
+        repaired = self.run_command(NEBTRACE, "repair", "trace.nebt", "-o", "fixed.nebt")
+        self.assertEqual((repaired.returncode, repaired.stderr), (0, ""))
+        fixed = Trace(self.path("fixed.nebt"))
+        kept = len(fixed.bytes) - len(fixed.footer)
+        self.assertEqual(fixed.bytes[:kept], content[:kept])
+        # The frames that the application had finished, less those ahead of the range, and none behind it.
+        frames = len(fixed.of("eglSwapBuffers"))
+        self.assertGreaterEqual(frames, min(max(told - FIRST, 0), LAST - FIRST + 1))
+        self.assertLessEqual(frames, min(max(told + 1 - FIRST, 0), LAST - FIRST + 1))
+        # With a state behind the frames, an application that came past the range has written it.
+        if optimized and told > LAST + 1:
+            self.assertGreater(fixed.snapshot(), HEADER_SIZE)
+            self.assertGreater(len(fixed.state), 10)
+        if not optimized or told <= LAST:
+            self.assertEqual(fixed.snapshot(), 0)
 
     # The same for the application's own end: its code passes, and each call up to its last is in the file.
     def test_a_crash_of_the_application_is_its_own(self):

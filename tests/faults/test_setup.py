@@ -55,6 +55,18 @@ class Setup(FaultTest):
         self.run_both(FAULTY, "frames", "3")
         self.assertEqual(self.trace().counts()["eglSwapBuffers"], 1)
 
+    # A program that was started without standard streams: the file must not take the place of one, or the log would go
+    # into it.
+    def test_closed_standard_streams_leave_the_recording_alone(self):
+        self.configure(DebugInfo=1)
+        for closed in (">&-", "<&- >&-", "<&- >&- 2>&-"):
+            with self.subTest(closed=closed):
+                done = self.run_traced("sh", "-c", f"exec {FAULTY} frames 5 {closed}")
+                self.assertEqual(done.returncode, 0, done.stderr)
+                remains = self.remains()
+                self.assertEqual(remains.rest, b"")
+                self.assertEqual(remains.textures(), list(range(5)))
+
     # Without EGL no application of EGL can run, with the recorder or without: it ends at its first call.
     def test_a_missing_egl_library_is_said(self):
         self.configure(EglLibraryPath="/missing/libEGL.so.1")

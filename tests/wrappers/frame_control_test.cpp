@@ -238,6 +238,24 @@ TEST_F(FrameControl, TheLastFrameCanEndTheProcess)
     EXPECT_EQ(Joined(SwapOf(0), Footer(0)), Written());
 }
 
+// Calls that an application's exit handler makes then do not end the process once more: they reach the host,
+// and the handler comes to its end.
+TEST_F(FrameControl, ExitHandlersComeToTheirEnd)
+{
+    Range(0, 0);
+    STraceConfig::m_exitAfterLastFrame = true;
+    Swap();
+    auto const lastCall = [] {
+        std::atexit([] {
+            size_t const before = fakehost::Fake().Calls("glFlush").size();
+            Es2::_glFlush();
+            _exit(fakehost::Fake().Calls("glFlush").size() == before + 1 ? 42 : 43);
+        });
+        Es2::_glFlush();
+    };
+    EXPECT_EXIT(lastCall(), testing::ExitedWithCode(42), "");
+}
+
 // The text with which it does.
 TEST_F(FrameControl, TheEndOfTheProcessIsAnnounced)
 {

@@ -1,10 +1,13 @@
 // Several threads record at once. Meant for a ThreadSanitizer build as well: tsan.supp names the races that
 // the recorder is known to have.
+#include "core/snapshot_scope.h"
 #include "tests/wrappers/recorder.h"
 #include <atomic>
 #include <functional>
 #include <map>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 namespace
 {
@@ -131,6 +134,29 @@ TEST_F(Threads, ShortLivedThreadsRecord)
     for (unsigned int round = 0; round < 20; ++round)
         RunTogether([](unsigned int index) { Es2::_glLineWidth(static_cast<GLfloat>(index)); });
     EXPECT_EQ(20 * kThreads, Walk(Written(), get_id()).size());
+}
+
+// A process that is forked while another thread writes a snapshot has nobody to end it: its calls reach the
+// host all the same, and nothing of them is recorded.
+TEST_F(Threads, AChildForkedDuringASnapshotCallsTheHost)
+{
+    static bool const watching = (WatchForks(), true);
+    ASSERT_TRUE(watching);
+    Record();
+    Es2::_glFlush();
+    EXPECT_FALSE(Written().empty());
+    CSnapshotScope const snapshot;
+    pid_t const child = fork();
+    if (child == 0)
+    {
+        size_t const calls = HostCalls("glFlush");
+        Es2::_glFlush();
+        _exit(HostCalls("glFlush") == calls + 1 && !STraceConfig::m_writingRenderState ? 0 : 1);
+    }
+    int result = -1;
+    ASSERT_EQ(child, waitpid(child, &result, 0));
+    EXPECT_EQ(0, result);
+    EXPECT_TRUE(Written().empty());
 }
 
 // The three APIs write into the one file.

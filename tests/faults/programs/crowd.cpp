@@ -108,6 +108,32 @@ void Exit()
     std::exit(7);
 }
 
+// crowd cancel THREADS: threads are cancelled in the middle of their calls, which must leave nothing locked.
+void Cancel(int threads)
+{
+    Scene scene;
+    scene.DrawFrame();
+    for (int i = 0; i < threads; ++i)
+    {
+        std::atomic<bool> calling{false};
+        std::thread thread([&] {
+            Worker const worker(scene.Egl(), scene.Surface().display, i);
+            for (int call = 0;; ++call)
+            {
+                worker.Call(call);
+                calling = true;
+                if (call % 100 == 99)
+                    pthread_testcancel();
+            }
+        });
+        while (!calling)
+            std::this_thread::yield();
+        CHECK(pthread_cancel(thread.native_handle()) == 0);
+        thread.join();
+    }
+    scene.DrawFrame();
+}
+
 // crowd fork CHILDREN: one thread forks, others are in the middle of their calls. Half of the children become
 // another program, half make calls and end at once.
 void Fork(int children)
@@ -143,6 +169,8 @@ int main(int argc, char** argv)
         return ComeAndGo(std::atoi(argv[2]), std::atoi(argv[3])), 0;
     if (std::strcmp(way, "exit") == 0)
         Exit();
+    if (std::strcmp(way, "cancel") == 0 && argc == 3)
+        return Cancel(std::atoi(argv[2])), 0;
     if (std::strcmp(way, "fork") == 0 && argc == 3)
         Fork(std::atoi(argv[2]));
     return 99;

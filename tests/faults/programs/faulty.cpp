@@ -137,6 +137,18 @@ void Fork()
     DrawFrames(scene, kFrames);
 }
 
+// A program that forks itself into the background ahead of everything.
+void Daemon()
+{
+    pid_t const child = fork();
+    CHECK(child >= 0);
+    if (child != 0)
+        std::exit(Ended(child));
+    Scene scene;
+    DrawFrames(scene, kFrames);
+    std::exit(3);
+}
+
 // faulty fork_exec PROGRAM...: the child becomes another program.
 void ForkExec()
 {
@@ -190,6 +202,7 @@ constexpr Way kWays[] = {{"frames", Frames},
                          {"exit_in_a_handler", ExitInAHandler},
                          {"exit_in_a_call", ExitInACall},
                          {"fork", Fork},
+                         {"daemon", Daemon},
                          {"fork_exec", ForkExec},
                          {"never_current", NeverCurrent}};
 }  // namespace

@@ -39,7 +39,7 @@ public:
     Trace& Flush();                      // glFlush of ES 2: 10 bytes
     Trace& SwapBuffers(uint32_t frame);  // 42 bytes, no pixels
 
-    uint64_t Size() const { return m_bytes.size(); }
+    size_t Size() const { return m_bytes.size(); }
     std::string Cut(size_t size) const { return m_bytes.substr(0, size); }
     std::string const& All() const { return m_bytes; }
 

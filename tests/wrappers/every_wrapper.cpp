@@ -176,7 +176,8 @@ void EveryWrapper::ExpectBytes(Argument const& argument, void const* memory, Dec
         ExpectTexts(static_cast<char const* const*>(memory), field);
     else if (argument.pointsToPointer && field.spec->ElementSize() == 4)
         for (uint32_t i = 0; i < field.count; ++i)
-            EXPECT_EQ(Masked(static_cast<Word const*>(memory)[i], 4), nebtrace::ValueAt(field, i));
+            EXPECT_EQ(Masked(fakehost::AsWord(static_cast<void const* const*>(memory)[i]), 4),
+                      nebtrace::ValueAt(field, i));
     else
         EXPECT_EQ(Raw(memory, field.bytes.size), Bytes(field.bytes.begin(), field.bytes.end()));
 }

@@ -9,8 +9,9 @@ namespace nebtrace::player
 {
 namespace
 {
-// Larger surfaces and uploads only cost time.
+// Larger surfaces, buffers and uploads only cost time.
 constexpr EGLint kLargestSurface = 64;
+constexpr GLsizeiptr kLargestBuffer = 1 << 24;
 constexpr int64_t kLargestRead = 1 << 22;
 
 GLuint g_lastName = 0;
@@ -72,7 +73,12 @@ void BindBuffer(GLenum target, GLuint buffer)
         g_elementBuffer = buffer;
 }
 
-void BufferData(GLenum /*target*/, GLsizeiptr size, void const* data, GLenum /*usage*/) { Read(data, size); }
+void BufferData(GLenum /*target*/, GLsizeiptr size, void const* data, GLenum /*usage*/)
+{
+    if (size > kLargestBuffer)
+        throw DriverFailure("there is no memory for a buffer");
+    Read(data, size);
+}
 
 void BufferSubData(GLenum /*target*/, GLintptr /*offset*/, GLsizeiptr size, void const* data)
 {

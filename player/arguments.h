@@ -9,6 +9,10 @@
 
 namespace nebtrace::player
 {
+// What a record lacks of what the driver may read is made up for, but not beyond this: a record of a few
+// bytes must not cost gigabytes.
+constexpr uint64_t kMostPadding = 64U << 20;
+
 // Memory that any GL type may be read from.
 class Copy
 {

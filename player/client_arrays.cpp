@@ -89,11 +89,12 @@ void ClientArrays::Use(uint32_t index, Attribute const& attribute, DrawExtent co
         return;
     }
     uint64_t const needed = ElementsRead(attribute, extent) * element;
-    if (entry->second.size < needed && !extent.shortArrays)
+    bool const lacks = entry->second.size < needed;
+    if (lacks && (!extent.shortArrays || needed - entry->second.size > kMostPadding))
         throw BadRecord("the array of attribute " + std::to_string(index) + " has " +
                         std::to_string(entry->second.size) + " bytes, and the draw reads " +
                         std::to_string(needed));
-    m_padded = m_padded || entry->second.size < needed;
+    m_padded = m_padded || lacks;
     m_copies.push_back(std::make_unique<Copy>(entry->second, static_cast<size_t>(needed)));
     // The entry is as tight as the recorder gathered it, whatever stride the application had.
     Attribute tight = attribute;

@@ -11,7 +11,8 @@ struct DrawExtent
 {
     uint64_t vertices = 0;  // one more than the highest that is read
     uint64_t instances = 1;
-    // The recorder keeps less than such a draw reads: what is missing is zero, and not a fault of the record.
+    // The recorder keeps less than such a draw reads: what is missing is zero, as far as kMostPadding, and
+    // not a fault of the record.
     bool shortArrays = false;
 };
 

@@ -10,8 +10,6 @@ namespace
 {
 // Of a format that the player does not know, no pixel is larger than this.
 constexpr unsigned kLargestPixel = 16;
-// A record of an unknown format is filled up to what the driver may read of it, but not beyond this.
-constexpr uint64_t kMostPadding = 64U << 20;
 
 // The alignment of the rows in a record. glTexImage2D of ES 2 records another state's alignment while it
 // measures the application's own rows, which the player's state has; only a captured image has no other than

@@ -170,6 +170,21 @@ TEST_F(Replay, TooFewIndicesAreABadRecord)
     EXPECT_EQ(done.code, 1);
 }
 
+// What a draw that begins late lacks of its array is zeros, but a few bytes must not ask for gigabytes of
+// them.
+TEST_F(Replay, AClientArrayIsNotFilledUpWithoutLimit)
+{
+    ReplayTrace trace;
+    UseClientArray(trace);
+    // glDrawArrays(GL_TRIANGLES, 0x1000000, 3) with attribute 0 in 24 bytes
+    trace.Record(2041, Payload().Words({0, 4, 0x1000000, 3, 0, 0x5000, 24, 0, 0, 0, 0, 0, 0}));
+    Write(trace.Closed());
+    Outcome const done = Run("replay FILE");
+    EXPECT_EQ(done.err, "nebtrace: FILE: bad record: call 3 (glDrawArrays, at offset 163): the array of "
+                        "attribute 0 has 24 bytes, and the draw reads 134217752\n");
+    EXPECT_EQ(done.code, 1);
+}
+
 // Without its data a recording cannot be replayed; the first record that needs them says so.
 TEST_F(Replay, ARecordingWithoutDataIsRefused)
 {

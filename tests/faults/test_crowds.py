@@ -10,6 +10,7 @@ CROWD = program("crowd")
 THREADS = 200
 CALLS = 20
 REPEATS = 10
+STATES = ({}, {"StartFrame": 1000000}, {"Profile": 1})
 WORKERS = 0.5  # the blue of the threads' calls
 
 
@@ -51,7 +52,7 @@ class Crowds(FaultTest):
 
     # One thread ends the process while others are in their calls, in every state of the recorder.
     def test_an_exit_in_the_midst_of_calls_is_an_exit(self):
-        for keys in ({}, {"StartFrame": 1000000}, {"Profile": 1}):
+        for keys in STATES:
             self.configure(**keys)
             for run in range(REPEATS):
                 with self.subTest(keys=keys, run=run):
@@ -70,7 +71,7 @@ class Crowds(FaultTest):
 
     # A thread that is cancelled in a call leaves no lock behind, and no part of a record.
     def test_cancelled_threads_leave_nothing_locked(self):
-        for keys in ({}, {"StartFrame": 1000000}, {"Profile": 1}):
+        for keys in STATES:
             with self.subTest(keys=keys):
                 self.configure(**keys)
                 self.assertEqual(self.run_both(CROWD, "cancel", "50").returncode, 0)
@@ -81,9 +82,18 @@ class Crowds(FaultTest):
                     for calls in self.calls_by_number(remains).values():
                         self.assertEqual(calls, list(range(len(calls))))
 
+    # Threads with the least stack that there can be have enough for the recorder.
+    def test_small_stacks_suffice(self):
+        for keys in STATES:
+            with self.subTest(keys=keys):
+                self.configure(**keys)
+                self.assertEqual(self.run_both(CROWD, "small_stacks", "10").returncode, 0)
+                if not keys:
+                    self.assertEqual(len(self.remains().of("eglGetCurrentContext")), 1000)
+
     # One thread forks while others are in their calls: no child finds a lock that nobody will open.
     def test_forks_in_the_midst_of_calls_find_nothing_locked(self):
-        for keys in ({}, {"StartFrame": 1000000}, {"Profile": 1}):
+        for keys in STATES:
             with self.subTest(keys=keys):
                 self.configure(**keys)
                 self.assertEqual(self.run_both(CROWD, "fork", "20").returncode, 8)

@@ -4,11 +4,13 @@ recorder, and the log says what is lost."""
 import os
 import resource
 import signal
+import subprocess
 import unittest
 
 from faults import FaultTest, Remains, program
 from support import FRONT_ENDS, NEBTRACE
 
+A_FEW_RECORDS = 4096
 FRAMES = 300  # of more than 1 KiB each
 FAULTY = program("faulty")
 LOST = "NEBTRACE(W) ERROR: ERROR: Writing to trace file failed. Size attempted: "
@@ -89,6 +91,39 @@ class Disk(FaultTest):
                 remains = self.remains()
                 self.check_cut(done, remains, 25)
                 self.assertLessEqual(len(remains.bytes), 64 * 1024)
+
+    # When there is room again the recording goes on, behind a gap in the middle of a record. A reader is lost a few
+    # records behind it, which are made of others' bytes; the repair keeps what can be followed.
+    def test_room_that_comes_back_leaves_a_gap(self):
+        room, finished = 64 * 1024, 200
+        self.configure()
+        reader, writer = os.pipe()
+        with subprocess.Popen(
+            [FAULTY, "frames", "1000000", str(writer)],
+            cwd=self.folder,
+            env=self.traced(),
+            pass_fds=[writer],
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (room, resource.RLIM_INFINITY)),
+        ) as process:
+            os.close(writer)
+            with os.fdopen(reader, "rb") as reports:
+                reports.read(4 * finished)
+                resource.prlimit(process.pid, resource.RLIMIT_FSIZE, (resource.RLIM_INFINITY, resource.RLIM_INFINITY))
+                self.assertEqual(len(reports.read(4 * finished)), 4 * finished)
+                process.kill()
+            process.wait()
+        whole = Remains(self.path("trace.nebt"))
+        self.assertFalse(whole.is_cut_in_a_record())
+        self.assertLess(whole.end, room + A_FEW_RECORDS)
+        self.assertGreater(len(whole.bytes), 2 * room)
+        done = self.run_command(NEBTRACE, "repair", "trace.nebt", "-o", "fixed.nebt")
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        fixed = self.trace("fixed.nebt")
+        self.assertTrue(fixed.ends_with_footer())
+        self.assertEqual(fixed.bytes[:-10], whole.bytes[: whole.end])
+        self.assertGreater(len(fixed.of("eglSwapBuffers")), 25)
 
 
 if __name__ == "__main__":

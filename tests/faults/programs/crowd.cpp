@@ -1,9 +1,11 @@
 // Many threads, and what they do to each other: crowd WAY.
 #include "scene.h"
 #include <atomic>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
+#include <pthread.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -134,6 +136,29 @@ void Cancel(int threads)
     scene.DrawFrame();
 }
 
+// crowd small_stacks THREADS: threads with no more stack than the system insists on.
+void SmallStacks(int threads)
+{
+    Scene scene;
+    scene.DrawFrame();
+    pthread_attr_t attributes;
+    CHECK(pthread_attr_init(&attributes) == 0);
+    CHECK(pthread_attr_setstacksize(&attributes, static_cast<std::size_t>(PTHREAD_STACK_MIN)) == 0);
+    for (int i = 0; i < threads; ++i)
+    {
+        pthread_t thread;
+        auto const call = [](void*) -> void* {
+            for (int n = 0; n < 100; ++n)
+                eglGetCurrentContext();
+            return nullptr;
+        };
+        CHECK(pthread_create(&thread, &attributes, call, nullptr) == 0);
+        CHECK(pthread_join(thread, nullptr) == 0);
+    }
+    pthread_attr_destroy(&attributes);
+    scene.DrawFrame();
+}
+
 // crowd fork CHILDREN: one thread forks, others are in the middle of their calls. Half of the children become
 // another program, half make calls and end at once.
 void Fork(int children)
@@ -171,6 +196,8 @@ int main(int argc, char** argv)
         Exit();
     if (std::strcmp(way, "cancel") == 0 && argc == 3)
         return Cancel(std::atoi(argv[2])), 0;
+    if (std::strcmp(way, "small_stacks") == 0 && argc == 3)
+        return SmallStacks(std::atoi(argv[2])), 0;
     if (std::strcmp(way, "fork") == 0 && argc == 3)
         Fork(std::atoi(argv[2]));
     return 99;

@@ -4,7 +4,6 @@
 #include "profiler/comms_pump.h"
 #include "profiler/npl.h"
 #include <cerrno>
-#include <cstring>
 
 namespace
 {
@@ -34,7 +33,7 @@ public:
     int DataReceiveBytes(char* buffer, unsigned int length, unsigned int* pCount) override
     {
         std::string const bytes = m_input.Take(std::min<size_t>(length, m_piece));
-        std::memcpy(buffer, bytes.data(), bytes.size());
+        std::copy(bytes.begin(), bytes.end(), buffer);
         bytesReceived += static_cast<uint32_t>(bytes.size());
         if (pCount)
             *pCount = static_cast<unsigned int>(bytes.size());

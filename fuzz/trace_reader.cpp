@@ -1,5 +1,6 @@
 // A trace file, read record by record: as a file, which can seek, and as a stream, which cannot.
 #include "fuzz/input.h"
+#include "tools/state_behind_frames.h"
 #include "trace/decode.h"
 #include "trace/print.h"
 #include "trace/reader.h"
@@ -38,8 +39,10 @@ Walk WalkThrough(std::istream& input, uint64_t size)
     Record record;
     DecodedCall call;
     uint64_t position = kHeaderSize;
+    StateBehindFrames state;
     while (reader.Next(record))
     {
+        state.Look(record);
         fuzz::Require(record.offset == position, "records lie one behind the other");
         position += kRecordHeaderSize + record.payload.size;
         fuzz::Require(position <= size, "a record lies inside its file");
@@ -54,6 +57,7 @@ Walk WalkThrough(std::istream& input, uint64_t size)
     walk.endReason = reader.EndReason();
     fuzz::Require(walk.end != EndState::Reading, "a reader knows how its input ended");
     fuzz::Require(walk.endOffset <= size, "the end lies inside the file");
+    fuzz::Require(state.Begin() <= walk.endOffset, "a captured state begins in front of the end");
     fuzz::Require(reader.EndedInOrder() == walk.endReason.empty(), "a reason for every end out of order");
     return walk;
 }

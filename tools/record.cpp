@@ -42,6 +42,8 @@ void ReportOutcome(Options const& options, std::string const& config, TraceFiles
     std::string const profile = ConfigValue(config, "Profile").value_or("0");
     if (!profile.empty() && profile[0] != '0')
         std::cerr << "nebtrace: profiling, so nothing was recorded\n";
+    else if (std::string const obstacle = files.Obstacle(); files.Written().empty() && !obstacle.empty())
+        std::cerr << "nebtrace: nothing was recorded: " << obstacle << "\n";
     else if (files.Written().empty())
         std::cerr << "nebtrace: nothing was recorded: " << options.command[0]
                   << " loaded neither EGL nor GLES\n";

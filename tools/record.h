@@ -111,6 +111,8 @@ class TraceFiles
 public:
     explicit TraceFiles(std::filesystem::path pattern);
     std::vector<std::filesystem::path> Written() const;
+    // Why no file can be made under the name; empty if nothing is in the way.
+    std::string Obstacle() const;
 
 private:
     struct Stamp

@@ -2,7 +2,10 @@
 #include "record.h"
 #include "trace/reader.h"
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <sstream>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -64,6 +67,17 @@ std::vector<fs::path> TraceFiles::Written() const
     }
     std::sort(written.begin(), written.end());
     return written;
+}
+
+std::string TraceFiles::Obstacle() const
+{
+    std::error_code ignored;
+    if (fs::is_directory(m_pattern, ignored))
+        return m_pattern.string() + " is a folder";
+    fs::path const folder = m_pattern.has_parent_path() ? m_pattern.parent_path() : fs::path(".");
+    if (access(folder.c_str(), W_OK | X_OK) != 0)
+        return m_pattern.string() + " cannot be written: " + std::strerror(errno);
+    return {};
 }
 
 Summary Summarize(fs::path const& file)

@@ -186,6 +186,18 @@ class RecordCommand(ScratchTest):
         self.assertEqual(done.returncode, 0)
         self.assertIn("nothing was recorded", done.stderr)
 
+    # A file that cannot be made is not the application's fault. It runs as ever.
+    def test_an_output_that_cannot_be_written_says_so(self):
+        os.mkdir(self.path("folder"))
+        for name, reason in (
+            ("missing/trace.nebt", "missing/trace.nebt cannot be written: No such file or directory"),
+            ("folder", "folder is a folder"),
+        ):
+            with self.subTest(name=name):
+                done = self.record("-o", name, "--", CUBE, "--frames", "1", "--size", "40x30")
+                self.assertEqual(done.returncode, 0)
+                self.assert_one_line(done.stderr, "nothing was recorded: ", self.path(reason))
+
     # A trace from an earlier run must not be told as this run's.
     def test_an_older_trace_is_not_taken_for_a_new_one(self):
         self.record_well("--frames", "0", "--", CUBE, "--frames", "1", "--size", "40x30")
@@ -222,7 +234,7 @@ class RecordCommand(ScratchTest):
     def test_help_and_version_work_for_every_command(self):
         version = self.run_command(NEBTRACE, "--version").stdout
         self.assertTrue(version.startswith("nebtrace "))
-        for command in ([], ["record"], ["info"], ["dump"]):
+        for command in ([], ["record"], ["info"], ["dump"], ["repair"]):
             with self.subTest(command=command):
                 self.assertEqual(self.run_command(NEBTRACE, *command, "--version").stdout, version)
                 told = self.run_command(NEBTRACE, *command, "--help")

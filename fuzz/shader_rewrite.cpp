@@ -14,16 +14,20 @@ bool IsSpace(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; 
 bool IsBeside(char c) { return IsSpace(c) || c == ';' || c == '/'; }
 char At(std::string const& text, size_t at) { return at < text.size() ? text[at] : '\0'; }
 
-// The text without the comment that begins at `at`; false when that has no end.
+// The text without the comment that begins at `at`; false when that has no end. Behind a close the walk goes
+// on as if the index, which stays, stood on a star.
 bool WithoutBlock(std::string& text, size_t at)
 {
     bool closed = false;
-    for (size_t star = at + 2; (star = text.find('*', star)) != std::string::npos; ++star)
-        if (At(text, star + 1) == '/')
-        {
+    size_t star = text.find('*', at + 2);
+    while (star != std::string::npos)
+    {
+        bool const closes = At(text, star + 1) == '/';
+        if (closes)
             text = text.substr(0, at) + text.substr(star + 2);
-            closed = true;
-        }
+        closed = closed || closes;
+        star = closes ? star + 1 : text.find('*', star + 1);
+    }
     return closed;
 }
 

@@ -9,6 +9,7 @@ import subprocess
 import sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "e2e"))
+import support  # noqa: E402
 from support import BUILD, LONGEST, NEBTRACE, ScratchTest  # noqa: E402
 
 FAKE_APPLICATION = os.path.join(BUILD, "tests", "perf", "fake_application")
@@ -19,11 +20,7 @@ OF_SERVER = ["NEBPerfServerVsAppLib.server", "NEBPerfServerVsAppLib0N0d", "NEBPe
 
 def enter_namespace():
     """Runs the script anew where /dev/shm is its own: the names there are fixed."""
-    if "NEBTRACE_NAMESPACE" not in os.environ:
-        os.environ["NEBTRACE_NAMESPACE"] = "1"
-        mine = "-m" if os.geteuid() == 0 else "-rm"
-        os.execvp("unshare", ["unshare", mine, sys.executable, "-B", *sys.argv])
-    subprocess.run(["mount", "-t", "tmpfs", "tmpfs", SHARED_MEMORY], check=True)
+    support.enter_namespace("mount")
 
 
 def shared_objects():

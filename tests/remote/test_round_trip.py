@@ -1,7 +1,6 @@
 """Examples under the recorder's server, recorded by `nebtrace remote`. The server's port is fixed, so that these tests
 run in a network namespace of their own."""
 
-import fcntl
 import os
 import re
 import signal
@@ -12,22 +11,11 @@ import sys
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "e2e"))
-from support import BUILD, LONGEST, NEBTRACE, ScratchTest  # noqa: E402
+from support import BUILD, LONGEST, NEBTRACE, ScratchTest, enter_namespace  # noqa: E402
 
 PORT = 54321
 ANNOUNCEMENT_PORT = 6522
 SIZE = ("--size", "100x75")
-
-
-def enter_namespace():
-    """Runs this script anew where no other test's ports are."""
-    if "NEBTRACE_NAMESPACE" not in os.environ:
-        os.environ["NEBTRACE_NAMESPACE"] = "1"
-        mine = "-n" if os.geteuid() == 0 else "-rn"
-        os.execvp("unshare", ["unshare", mine, sys.executable, *sys.argv])
-    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as any_socket:
-        loopback_up = struct.pack("16sH14s", b"lo", 1, b"")  # IFF_UP
-        fcntl.ioctl(any_socket, 0x8914, loopback_up)  # SIOCSIFFLAGS
 
 
 class Background:
@@ -175,5 +163,5 @@ class RoundTrip(ScratchTest):
 
 
 if __name__ == "__main__":
-    enter_namespace()
+    enter_namespace("net")
     unittest.main()

@@ -128,12 +128,14 @@ bool Session::TakeDescription(Block const& block, Listener& listener)
     if (block.identifier == eRcLibraryItems)
     {
         auto items = ParseItems(block.payload);
+        bool const whole = items.has_value();
         m_items = std::move(items).value_or(std::vector<Item>());
-        return items.has_value();
+        return whole;
     }
     auto names = ParseCounterNames(block.payload);
+    bool const whole = names.has_value();
     m_counterNames = std::move(names).value_or(std::vector<std::string>());
-    if (!names)
+    if (!whole)
         return false;
     if (m_named && m_state != State::Profiling)
     {

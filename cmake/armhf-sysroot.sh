@@ -27,10 +27,11 @@ rm -rf "$sysroot" "$work"
 mkdir -p "$sysroot" "$work/state/lists/partial" "$work/cache/archives/partial" "$work/parts"
 : >"$work/status"
 
-# Debian's own source, as the machine knows it, and no other that it may have besides.
+# Debian's own source, as the machine's settings name it, and no other that they may name besides.
 # shellcheck source=/dev/null
 suite=$(. /etc/os-release && echo "$VERSION_CODENAME")
-source=$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' "Release: $suite" 'Component: main' | head -n 1)
+source=$(apt-get --print-uris update | sed -n "s|^'\(.*/\)dists/$suite/InRelease'.*|\1|p" | head -n 1)
+[ -n "$source" ] || { echo "apt has no source of Debian $suite to take armhf packages from" >&2; exit 1; }
 echo "deb [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] $source $suite main" >"$work/sources.list"
 
 # Of the machine's settings, how it reaches that source, but nothing that names folders or an architecture or runs a

@@ -1,6 +1,7 @@
 """What the tests of faults share: a program run with the recorder and without it, and the reading of a recording
 that ends anywhere."""
 
+import contextlib
 import os
 import struct
 import subprocess
@@ -75,6 +76,24 @@ class FaultTest(ScratchTest):
             lines = [line for line in text.splitlines() if "LibraryPath = " in line]
             FaultTest.hosts = dict(line.split(" = ", 1) for line in lines)
             self.assertEqual(len(FaultTest.hosts), 3)
+
+    @contextlib.contextmanager
+    def endless_frames(self, **options):
+        """A recorded application that draws until it is killed, and its reports: the number of each frame that it
+        has finished, as 4 bytes."""
+        reader, writer = os.pipe()
+        with subprocess.Popen(
+            [program("faulty"), "frames", "1000000", str(writer)],
+            cwd=self.folder,
+            env=self.traced(),
+            pass_fds=[writer],
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            **options,
+        ) as process:
+            os.close(writer)
+            with os.fdopen(reader, "rb") as reports:
+                yield process, reports
 
     def configure(self, **keys):
         """The recorder's configuration: the machine's libraries, all frames, and these keys."""

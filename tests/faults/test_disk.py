@@ -4,7 +4,6 @@ recorder, and the log says what is lost."""
 import os
 import resource
 import signal
-import subprocess
 import unittest
 
 from faults import FaultTest, Remains, program
@@ -97,23 +96,13 @@ class Disk(FaultTest):
     def test_room_that_comes_back_leaves_a_gap(self):
         room, finished = 64 * 1024, 200
         self.configure()
-        reader, writer = os.pipe()
-        with subprocess.Popen(
-            [FAULTY, "frames", "1000000", str(writer)],
-            cwd=self.folder,
-            env=self.traced(),
-            pass_fds=[writer],
-            stdin=subprocess.DEVNULL,
-            stdout=subprocess.DEVNULL,
-            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (room, resource.RLIM_INFINITY)),
-        ) as process:
-            os.close(writer)
-            with os.fdopen(reader, "rb") as reports:
-                reports.read(4 * finished)
-                resource.prlimit(process.pid, resource.RLIMIT_FSIZE, (resource.RLIM_INFINITY, resource.RLIM_INFINITY))
-                self.assertEqual(len(reports.read(4 * finished)), 4 * finished)
-                process.kill()
-            process.wait()
+        limit = (room, resource.RLIM_INFINITY)
+        lower = {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_FSIZE, limit)}
+        with self.endless_frames(**lower) as (process, reports):
+            reports.read(4 * finished)
+            resource.prlimit(process.pid, resource.RLIMIT_FSIZE, (resource.RLIM_INFINITY, resource.RLIM_INFINITY))
+            self.assertEqual(len(reports.read(4 * finished)), 4 * finished)
+            process.kill()
         whole = Remains(self.path("trace.nebt"))
         self.assertFalse(whole.is_cut_in_a_record())
         self.assertLess(whole.end, room + A_FEW_RECORDS)

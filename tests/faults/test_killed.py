@@ -1,10 +1,8 @@
 """An application that ends in mid-recording by a signal: what it had done up to then is in the file."""
 
-import os
 import random
 import signal
 import struct
-import subprocess
 import unittest
 
 from faults import FaultTest, program
@@ -20,20 +18,10 @@ LATEST = 60  # frames that a run may finish before it is killed
 class Killed(FaultTest):
     def run_and_kill(self, finished):
         """Kills an application at some moment behind so many frames; returns how many it had told of."""
-        reader, writer = os.pipe()
-        with subprocess.Popen(
-            [FAULTY, "frames", "1000000", str(writer)],
-            cwd=self.folder,
-            env=self.traced(),
-            pass_fds=[writer],
-            stdin=subprocess.DEVNULL,
-            stdout=subprocess.DEVNULL,
-        ) as process:
-            os.close(writer)
-            with os.fdopen(reader, "rb") as reports:
-                self.assertEqual(len(reports.read(4 * finished)), 4 * finished)
-                process.kill()
-                told = reports.read()
+        with self.endless_frames() as (process, reports):
+            self.assertEqual(len(reports.read(4 * finished)), 4 * finished)
+            process.kill()
+            told = reports.read()
             self.assertEqual(process.wait(LONGEST), -signal.SIGKILL)
         numbers = struct.unpack(f"<{len(told) // 4}I", told)
         self.assertEqual(numbers, tuple(range(finished, finished + len(numbers))))

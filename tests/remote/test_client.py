@@ -86,6 +86,15 @@ class Server(threading.Thread):
             raise AssertionError(f"{rest.hex()} came where nothing should")
 
 
+def one_frame(server):
+    """A script: a recording of one frame."""
+    server.send(status(RUNNING))
+    server.expect(START)
+    server.send(acknowledge(START), status(RECORDING), data(HEADER + SWAP))
+    server.expect(STOP)
+    server.send(acknowledge(STOP), data(ending(len(HEADER + SWAP))))
+
+
 class Client(ScratchTest):
     def remote(self, script, *arguments, before=()):
         server = Server(script)
@@ -122,32 +131,14 @@ class Client(ScratchTest):
 
     # Progress is plain lines where there is no terminal: the state, the bytes, the rate.
     def test_progress_on_a_pipe_is_plain_lines(self):
-        frames = HEADER + SWAP
-
-        def script(server):
-            server.send(status(RUNNING))
-            server.expect(START)
-            server.send(acknowledge(START), status(RECORDING), data(frames))
-            server.expect(STOP)
-            server.send(acknowledge(STOP), data(ending(len(frames))))
-
-        done = self.remote(script, "record", "--frames", "1", "-o", "far.nebt")
+        done = self.remote(one_frame, "record", "--frames", "1", "-o", "far.nebt")
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertRegex(done.stdout, r"(?m)^far.nebt: recording, \d+ frames, [\d.]+ (bytes|kB), [\d.]+ \w+/s$")
         self.assertNotIn("\r", done.stdout)
 
     # On a terminal the progress is one line, written over.
     def test_progress_on_a_terminal_is_one_line(self):
-        frames = HEADER + SWAP
-
-        def script(server):
-            server.send(status(RUNNING))
-            server.expect(START)
-            server.send(acknowledge(START), status(RECORDING), data(frames))
-            server.expect(STOP)
-            server.send(acknowledge(STOP), data(ending(len(frames))))
-
-        server = Server(script)
+        server = Server(one_frame)
         server.start()
         ours, theirs = pty.openpty()
         with subprocess.Popen([NEBTRACE, "remote", f"127.0.0.1:{server.port}", "record", "--frames", "1"],

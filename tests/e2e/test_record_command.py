@@ -10,19 +10,17 @@ from support import CUBE, LONGEST, NEBTRACE, ScratchTest, program
 
 MINE = "# the user's own\n[record]\nStartFrame = 7\n"
 
-# An application that says when it is ready, then waits for a signal. It names the one it gets and exits with 9.
+# An application that says when it is ready, then waits for a signal. It names the one it gets and exits with 9. It holds
+# those that it waits for, since a handler may run just before the wait for it begins.
 WAITING = """
 import os, signal, sys
-def got(number, frame):
-    print("got", signal.Signals(number).name, flush=True)
-    sys.exit(9)
 for number in (signal.SIGINT, signal.SIGQUIT):  # may have been ignored by whoever started the tests
     signal.signal(number, signal.SIG_DFL)
-for name in sys.argv[1:]:
-    signal.signal(getattr(signal, name), got)
+awaited = [getattr(signal, name) for name in sys.argv[1:]]
+signal.pthread_sigmask(signal.SIG_BLOCK, awaited)
 print("ready", os.getpid(), flush=True)
-while True:
-    signal.pause()
+print("got", signal.Signals(signal.sigwait(awaited)).name, flush=True)
+sys.exit(9)
 """
 
 

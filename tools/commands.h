@@ -1,6 +1,13 @@
 // The subcommands of `nebtrace`. Each lives in a file of its own and adds itself to the command line.
 #pragma once
-#include <CLI/CLI.hpp>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace CLI
+{
+class App;
+}
 
 // A subcommand reports failure by throwing this: one line on standard error, exit code 1.
 struct CommandFailed : std::runtime_error

@@ -1,6 +1,7 @@
 // `nebtrace discover`: prints the addresses of applications that announce themselves on the local network.
 #include "commands.h"
 #include "remote/session.h"
+#include <CLI/CLI.hpp>
 #include <arpa/inet.h>
 #include <cerrno>
 #include <cstdio>

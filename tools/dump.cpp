@@ -6,6 +6,7 @@
 #include "extract.h"
 #include "trace/print.h"
 #include "trace/reader.h"
+#include <CLI/CLI.hpp>
 #include <cinttypes>
 #include <cstdio>
 #include <iostream>

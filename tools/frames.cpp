@@ -3,6 +3,7 @@
 #include "dump_options.h"
 #include "picture_file.h"
 #include "trace/reader.h"
+#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 

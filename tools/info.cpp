@@ -3,6 +3,7 @@
 #include "dump_output.h"
 #include "trace/decode.h"
 #include "trace/reader.h"
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <map>
 #include <memory>

@@ -1,5 +1,6 @@
 // The `nebtrace` command: parses the command line and hands over to a subcommand.
 #include "commands.h"
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <csignal>
 #include <cstdio>

@@ -4,6 +4,7 @@
 #include "perf/output.h"
 #include "perf/server.h"
 #include "perf/terminal.h"
+#include <CLI/CLI.hpp>
 #include <csignal>
 #include <memory>
 #include <poll.h>

@@ -1,6 +1,7 @@
 // `nebtrace record`: runs an application with the recorder between it and the machine's drivers.
 #include "record.h"
 #include "commands.h"
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <iostream>
 #include <memory>

@@ -3,6 +3,7 @@
 #include "record.h"
 #include "remote/progress.h"
 #include "remote/session.h"
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <filesystem>
 #include <memory>

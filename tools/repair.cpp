@@ -4,6 +4,7 @@
 #include "state_behind_frames.h"
 #include "trace/layout.h"
 #include "trace/reader.h"
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <filesystem>

@@ -2,6 +2,7 @@
 #include "commands.h"
 #include "dump_options.h"
 #include "replay_report.h"
+#include <CLI/CLI.hpp>
 #include <iostream>
 
 using namespace nebtrace;

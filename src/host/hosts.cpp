@@ -60,6 +60,16 @@ SEs2Host::SEs2Host() : SHostLib(STraceConfig::Instance().m_es2LibraryPath)
 
 #undef LOOK_UP
 
+// Not inline, where the compiler would take it for the common one.
+__attribute__((noinline)) void* SEs2Host::operator new(std::size_t size) { return ::operator new(size); }
+
+void SEs2Host::operator delete(void* table)
+{
+    static void* s_pLast = nullptr;
+    *static_cast<void**>(table) = s_pLast;
+    s_pLast = table;
+}
+
 SEglHost* EglHost()
 {
     if (STraceConfig::UpdateRenderState())
@@ -90,16 +100,19 @@ SEs2Host* Es2Host()
 {
     if (STraceConfig::UpdateRenderState())
         StoreRelaxed(STraceConfig::m_bES2Used, true);
-    if (!SEs2Host::s_pInstance.Get())
+    // Fetched once: at exit the instance goes while other threads are in calls.
+    SEs2Host* host = SEs2Host::s_pInstance.Get();
+    if (!host)
     {
-        SEs2Host::s_pInstance.Reset(new SEs2Host);
-        if (SEs2Host::s_pInstance->LoadFailed())
+        host = new SEs2Host;
+        SEs2Host::s_pInstance.Reset(host);
+        if (host->LoadFailed())
         {
             LogMessage("Could not load Host library OGLES2. Please check library paths in nebtrace.cfg");
             STraceConfig::m_bES2Used = false;
         }
     }
-    return SEs2Host::s_pInstance.operator->();
+    return host;
 }
 
 bool EglIsInit() { return SEglHost::s_pInstance != nullptr; }

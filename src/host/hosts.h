@@ -5,6 +5,7 @@
 #include "api/types.h"
 #include "host/host_lib.h"
 #include "state/trace_scoped_ptr.h"
+#include <cstddef>
 
 using AnyFunction = void (*)();
 
@@ -47,6 +48,11 @@ public:
 
     // As SEglHost's.
     AnyFunction FunctionPtrExchange(char const* name, AnyFunction pointer);
+
+    // The table is deleted when the process exits, and other threads may be on their way through it: the memory
+    // stays as it was.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* table);
 
 #define ES2(id, kind, defaultResult, result, name, parameters, arguments) result(*name) parameters = nullptr;
 #define ES2_REPLAYED(id, kind, defaultResult, result, name, parameters, arguments, wrapperParameters)        \

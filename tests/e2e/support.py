@@ -33,6 +33,14 @@ def program(name):
     return os.path.join(PROGRAMS, name)
 
 
+def examples():
+    """The paths of all examples."""
+    with open(os.path.join(SOURCE, "examples", "CMakeLists.txt"), encoding="ascii") as lists:
+        names = " ".join(re.findall(r"foreach\(example ([\w ]+)\)", lists.read())).split()
+    assert {"cube", "sprites"} <= set(names), names
+    return [os.path.join(BUILD, "examples", name) for name in names]
+
+
 def api_names(table):
     """The functions of api/TABLE.def, from ID to name."""
     with open(os.path.join(SOURCE, "api", table + ".def"), encoding="ascii") as lines:

@@ -131,7 +131,7 @@ TEST_F(NetworkServer, WithoutAClientBytesAreKept)
     EXPECT_TRUE(Send(Slice(data, 3000, 2000)));
     EXPECT_TRUE(m_server->SendDataFlush(true));
     Bytes received;
-    for (size_t const size : {1024, 1024, 1024, 1024, 904})
+    for (size_t const size : {1024U, 1024U, 1024U, 1024U, 904U})
     {
         EXPECT_EQ(DataPacket(static_cast<uint16_t>(size), Slice(data, received.size(), size)),
                   m_client.Receive(size + 6));

@@ -42,7 +42,7 @@ void ExpectOnlyPacket(PacketReader& reader, Bytes const& payload)
 // is.
 TEST(Packets, PayloadsOfAllSizesComeOutWhole)
 {
-    for (size_t const size : {1, 1023, 1024, 65535, 65536})
+    for (size_t const size : {1U, 1023U, 1024U, 65535U, 65536U})
     {
         SCOPED_TRACE(size);
         PacketReader reader;

@@ -1,18 +1,10 @@
 """The examples, without the tracer and with it."""
 
 import os
-import re
 import unittest
 
 from transparency import FRAMES, PROFILED, WAYS, WHOLE, TransparencyTest
-from support import BUILD, SOURCE, enter_namespace
-
-
-def examples():
-    with open(os.path.join(SOURCE, "examples", "CMakeLists.txt"), encoding="ascii") as lists:
-        names = " ".join(re.findall(r"foreach\(example ([\w ]+)\)", lists.read())).split()
-    assert {"cube", "sprites"} <= set(names), names
-    return [os.path.join(BUILD, "examples", name) for name in names]
+from support import enter_namespace, examples
 
 
 class Examples(TransparencyTest):

@@ -92,7 +92,8 @@ TEST(String, AssignOfAPartOfItselfWorks)
     CNEBTString string("abcdef");
     string.assign(string.c_str() + 2, 3);
     EXPECT_EQ("cde", Text(string));
-    string = string;
+    CNEBTString const& itself = string;
+    string = itself;
     EXPECT_EQ("cde", Text(string));
 }
 

@@ -126,7 +126,7 @@ TEST_F(Es1Records, TheStoredNumberSizesTheNames)
             Expected(id, U32(0), U8(1), Ptr(names), Words({3, 7, 8, 9, 4}), Ptr(&number), Words({1, 3})),
             Written());
         HostFails(GL_INVALID_VALUE);
-        Printed([&] { query(names, 4, &number); });
+        Printed([&, query = query] { query(names, 4, &number); });
         EXPECT_EQ(Expected(id, U32(0x501), U8(1), Ptr(names), U32(0), U32(4), Ptr(&number), U32(0)),
                   Written());
     }

@@ -72,6 +72,18 @@ TEST_F(HostTables, HaveOneFieldForEachFunction)
     EXPECT_EQ(base + 294 * sizeof(AnyFunction), sizeof(SEs2Host));
 }
 
+// A thread that has fetched the table when the process exits finds its entry all the same.
+TEST_F(HostTables, ADeletedTableCanStillBeRead)
+{
+    Printed([] {
+        SEs2Host* const table = Es2Host();
+        SEs2Host::s_pInstance.Reset(nullptr);
+        EXPECT_EQ(Fake().Entry("es2", "glFlush"), Any(table->glFlush));
+        EXPECT_NE(table, Es2Host());
+        EXPECT_EQ(Fake().Entry("es2", "glFlush"), Any(table->glFlush));
+    });
+}
+
 // EGL and GLES2 are marked as used by each fetch while the shadow state follows the calls.
 TEST_F(HostTables, EglAndEs2AreMarkedWhileTheShadowFollows)
 {

@@ -96,6 +96,8 @@ void AddRecordCommand(CLI::App& app, std::vector<std::string> const& application
     command->add_flag("--no-data", options->noData, "Leave the contents of arrays out");
     command->add_flag("--save-frames", options->saveFrames, "Keep the pixels of each frame");
     command->add_flag("--optimize", options->optimize, "Keep only the state that the frames use");
+    command->add_flag("--flush-each-write", options->flushEachWrite,
+                      "Write each record with a system call, instead of mapping the file");
     command->add_flag("--profile", options->profile, "Profile instead of recording");
     CLI::Option* const network =
         command

@@ -32,6 +32,7 @@ struct Options
     bool noData = false;
     bool saveFrames = false;
     bool optimize = false;
+    bool flushEachWrite = false;
     bool profile = false;
     bool force = false;
     bool network = false;  // a client records, over the network

@@ -18,6 +18,8 @@ namespace
 {
 // The recorder reads lines of at most this many bytes; a longer one would count as several.
 constexpr std::size_t kLongestLine = 498;
+// What the file grows by, in MiB, and is mapped of it at a time.
+constexpr char kFileWindow[] = "8";
 constexpr char kBlanks[] = " \t\r\n\f\v";
 
 std::string Stripped(std::string const& text)
@@ -160,6 +162,10 @@ std::string ConfigText(Options const& options, HostLibraries const& host)
         config.Set("SaveFrameBuffer", 1);
     if (options.optimize)
         config.Set("OptimizeRS", 1);
+    if (options.flushEachWrite)
+        config.Set("FileWindow", 0);
+    else
+        config.SetIfMissing("FileWindow", kFileWindow);
     if (options.profile)
         config.Set("Profile", 1);
     if (options.network)

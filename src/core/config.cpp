@@ -27,6 +27,7 @@ int STraceConfig::m_i32SwapInterval = -1;
 bool STraceConfig::m_bProfile = false;
 bool STraceConfig::m_optimizationRS = false;
 bool STraceConfig::m_optimizationRSWasSet = false;
+int STraceConfig::m_fileWindow = 0;
 bool STraceConfig::m_getErrors = true;
 bool STraceConfig::m_noCallHost = false;
 

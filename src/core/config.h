@@ -86,6 +86,7 @@ struct NEBTRACE_API STraceConfig
     static bool m_bProfile;
     static bool m_optimizationRS;
     static bool m_optimizationRSWasSet;
+    static int m_fileWindow;   // MiB of the trace file that are mapped; 0: each write is flushed
     static bool m_getErrors;   // no key: stays true
     static bool m_noCallHost;  // no key: stays false
 

@@ -126,6 +126,7 @@ constexpr SKey kKeys[] = {
     {"SwapInterval", SetNumber<int, &STraceConfig::m_i32SwapInterval>},
     {"Profile", SetFlag<&STraceConfig::m_bProfile>},
     {"OptimizeRS", SetOptimizeRs},
+    {"FileWindow", SetNumber<int, &STraceConfig::m_fileWindow>},
 };
 
 void StripBlanksAndNewlinesFromEndOf(CNEBTString& text)

@@ -66,9 +66,11 @@ void WriteThreadChange(uint64_t threadId)
 {
     uint32_t const length = sizeof threadId;
     uint16_t const id = 1;
+    CTraceRecordManager::BeginRecord();
     Write(&length, sizeof length);
     Write(&id, sizeof id);
     Write(&threadId, sizeof threadId);
+    CTraceRecordManager::EndRecord();
 }
 
 // The value bytes with the data between them, in the order of the appends.
@@ -113,8 +115,10 @@ CTraceBlock::~CTraceBlock()
         WriteThreadChange(m_pBlock->threadId);
     }
     uint32_t const length = m_pBlock->totalSize - 2;  // the ID is not counted
+    CTraceRecordManager::BeginRecord();
     Write(&length, sizeof length);
     WriteValuesAndData(*m_pBlock);
+    CTraceRecordManager::EndRecord();
     ReleaseThreadTraceBlock(m_pBlock);
 }
 
@@ -243,4 +247,10 @@ static void AfterForkInChild()
     CProfiler::AbandonAfterFork();
 }
 
-void WatchForks() { pthread_atfork(TraceEnterCriticalSection, TraceLeaveCriticalSection, AfterForkInChild); }
+static void BeforeFork()
+{
+    TraceEnterCriticalSection();
+    CTraceRecordManager::LeaveFileWindow();
+}
+
+void WatchForks() { pthread_atfork(BeforeFork, TraceLeaveCriticalSection, AfterForkInChild); }

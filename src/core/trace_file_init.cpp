@@ -50,8 +50,10 @@ void CTraceFileInit::WriteHeaderFields() const
 bool CTraceFileInit::WriteFileFooter(SDataFooter footer)
 {
     CCriticalSection const section;
+    CTraceRecordManager::BeginRecord();
     Write<uint8_t>(0x13);
     Write<uint8_t>(0x10);
     Write(footer);
+    CTraceRecordManager::EndRecord();
     return true;
 }

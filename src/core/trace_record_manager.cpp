@@ -2,8 +2,10 @@
 #include "core/config.h"
 #include "core/critical_section.h"
 #include "core/init_order.h"
+#include "support/file_window.h"
 #include "support/log.h"
 #include "support/relaxed.h"
+#include <algorithm>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/types.h>
@@ -55,14 +57,48 @@ uint64_t BytesWritten()
 
 // Never in the place of a standard stream that the application was started without: what is printed, by us or
 // by it, would go into the trace.
-FILE* OpenBehindStandardStreams(char const* name)
+FILE* OpenBehindStandardStreams(char const* name, char const* mode)
 {
-    FILE* const file = std::fopen(name, "wb");
+    FILE* const file = std::fopen(name, mode);
     if (!file || fileno(file) > STDERR_FILENO)
         return file;
     int const moved = fcntl(fileno(file), F_DUPFD, STDERR_FILENO + 1);
     std::fclose(file);
-    return moved < 0 ? nullptr : fdopen(moved, "wb");
+    return moved < 0 ? nullptr : fdopen(moved, mode);
+}
+
+// Open while the file is written through a mapping.
+CFileWindow s_window;
+
+std::size_t FileWindowSize()
+{
+    constexpr int kMost = 1024;
+    constexpr std::size_t kMiB = 1 << 20;
+    return static_cast<std::size_t>(std::clamp(STraceConfig::m_fileWindow, 0, kMost)) * kMiB;
+}
+
+FILE* OpenTraceFile(char const* name)
+{
+    FILE* file = nullptr;
+    if (FileWindowSize() > 0)
+        file = OpenBehindStandardStreams(name, "wb+");  // a mapping needs to read, too
+    if (!file)
+        file = OpenBehindStandardStreams(name, "wb");
+    if (!file)
+        return nullptr;
+    // Without a buffer a write that fails does so here and now: a full disk would otherwise show when the
+    // buffer is flushed, and go unsaid. Each write is flushed in any case.
+    std::setvbuf(file, nullptr, _IONBF, 0);
+    s_window.Open(fileno(file), 0, FileWindowSize());
+    return file;
+}
+
+void CloseTraceFile(FILE*& file)
+{
+    s_window.Close();
+    if (file)
+        std::fclose(file);
+    file = nullptr;
 }
 
 // Bytes that surely fit the process's limit on file sizes. Asked for anew once they are used up.
@@ -89,6 +125,19 @@ bool FitsFileSizeLimit(FILE* file, uint64_t size)
     if (size > s_u64Room)
         return false;
     s_u64Room -= size;
+    return true;
+}
+
+bool WriteToFile(FILE* file, void const* data, unsigned int size, unsigned int count)
+{
+    if (s_window.IsOpen())
+        return s_window.Append(data, std::size_t{size} * count);
+    if (!FitsFileSizeLimit(file, uint64_t{size} * count) || std::fwrite(data, size, count, file) != count)
+    {
+        std::clearerr(file);
+        return false;
+    }
+    std::fflush(file);
     return true;
 }
 
@@ -127,19 +176,12 @@ bool CTraceRecordManager::Initialize()
 bool CTraceRecordManager::TraceOpen(CNEBTString name)
 {
     CCriticalSection const section;
-    if (m_TraceFile)
-    {
-        std::fclose(m_TraceFile);
-        m_TraceFile = nullptr;
-    }
+    CloseTraceFile(m_TraceFile);
     name = ExpandProcessId(name);
     LogMessage("Opening trace file to record: %s", name.c_str());
-    m_TraceFile = OpenBehindStandardStreams(name.c_str());
+    m_TraceFile = OpenTraceFile(name.c_str());
     if (!m_TraceFile)
         return false;
-    // Without a buffer a write that fails does so here and now: a full disk would otherwise show when the
-    // buffer is flushed, and go unsaid. Each write is flushed in any case.
-    std::setvbuf(m_TraceFile, nullptr, _IONBF, 0);
     s_u64Room = 0;
     m_Filename = name;
     m_uBytesWritten = 0;
@@ -157,11 +199,7 @@ bool CTraceRecordManager::TraceOpenExt(CNEBTString name, bool recordData)
 void CTraceRecordManager::TraceClose(bool full)
 {
     CCriticalSection const section;
-    if (m_TraceFile)
-    {
-        std::fclose(m_TraceFile);
-        m_TraceFile = nullptr;
-    }
+    CloseTraceFile(m_TraceFile);
     if (!full)
         return;
     DeleteFileStructures();
@@ -179,17 +217,20 @@ bool CTraceRecordManager::WriteData(void const* data, unsigned int size, unsigne
         std::fflush(m_TraceFile);
         return false;
     }
-    if (FitsFileSizeLimit(m_TraceFile, uint64_t{size} * count) &&
-        std::fwrite(data, size, count, m_TraceFile) == count)
+    if (WriteToFile(m_TraceFile, data, size, count))
     {
         m_uBytesWritten += size;  // every caller's count is 1
-        std::fflush(m_TraceFile);
         return true;
     }
-    std::clearerr(m_TraceFile);
     LogError("ERROR: Writing to trace file failed. Size attempted: %u\n", size * count);
     return false;
 }
+
+void CTraceRecordManager::BeginRecord() { s_window.BeginRecord(); }
+
+void CTraceRecordManager::EndRecord() { s_window.EndRecord(); }
+
+void CTraceRecordManager::LeaveFileWindow() { s_window.Close(); }
 
 bool CTraceRecordManager::WriteFileHeader()
 {

@@ -22,6 +22,13 @@ public:
     static void TraceClose(bool full);
     // The one output path, for file and network; returns whether the file took the bytes.
     static bool WriteData(void const* data, unsigned int size, unsigned int count);
+    // Around the writes of what must be in the file whole or not at all, however the process ends. The caller
+    // is in the critical section. Without a window there is nothing to be done.
+    static void BeginRecord();
+    static void EndRecord();
+    // From here on each write is flushed: with a window there would be two ends of the file, one in each
+    // process of a fork. The caller is in the critical section.
+    static void LeaveFileWindow();
     static bool WriteFileHeader();
     static bool WriteFileFooter(unsigned long long position);
     // Chooses the file of the next recording of this process; false when that failed.

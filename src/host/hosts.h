@@ -49,8 +49,8 @@ public:
     // As SEglHost's.
     AnyFunction FunctionPtrExchange(char const* name, AnyFunction pointer);
 
-    // The table is deleted when the process exits, and other threads may be on their way through it: the memory
-    // stays as it was.
+    // The table is deleted when the process exits, and other threads may be on their way through it: the
+    // memory stays as it was.
     static void* operator new(std::size_t size);
     static void operator delete(void* table);
 

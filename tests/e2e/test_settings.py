@@ -90,6 +90,15 @@ class Settings(ScratchTest):
         self.assertEqual(done.returncode, 0)
         self.assertEqual(done.stderr, "nebtrace: profiling, so nothing was recorded\n")
 
+    # The file is mapped unless it is said otherwise, by an option or by a configuration of one's own.
+    def test_the_file_is_mapped_by_default(self):
+        self.write("base", "FileWindow = 3\n")
+        for options, size in (((), 8), (("--flush-each-write",), 0), (("--config", "base"), 3),
+                              (("--config", "base", "--flush-each-write"), 0)):
+            with self.subTest(options=options):
+                done = self.record(*options, "--", "cat", "nebtrace.cfg")
+                self.assertRegex(done.stdout, rf"(?m)^FileWindow = {size}$")
+
     # -v is the recorder's DebugInfo: silent on frames without it, progress with one, each call with two.
     def test_verbosity_reaches_the_recorder(self):
         arguments = ("--frames", "0-1", "--", CUBE, "--frames", "3", "--size", "40x30")

@@ -2,6 +2,7 @@
 that ends anywhere."""
 
 import contextlib
+import fcntl
 import os
 import re
 import struct
@@ -12,6 +13,8 @@ sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "e2e"))
 from support import BUILD, FRONT_ENDS, HEADER_SIZE, LONGEST, NAMES, NEBTRACE, Record, ScratchTest  # noqa: E402
 
 HEAD_SIZE = 6  # of a record: the size of its payload, and its ID
+UNREAD = 2048
+LONGEST_RECORD = 16384  # that these programs make
 THREAD_CHANGE, FIRST_CALL = 1, 1000
 ALL_FRAMES = {"RecordData": 1, "StartFrame": 0, "EndFrame": 2147483646, "DebugInfo": 0}
 
@@ -45,13 +48,15 @@ class Remains:
             elif number > FIRST_CALL:
                 self.calls.append(Record(number, NAMES[number], thread, payload))
             self.end += HEAD_SIZE + size
-        self.rest = self.bytes[self.end :]
+        self.rest = self.bytes[self.end :].rstrip(b"\0")  # zeros at the end are room that was never used
 
     def is_cut_in_a_record(self):
         """Whether what stands behind the whole records can only be the beginning of one more, or nothing."""
         if len(self.rest) < HEAD_SIZE:
             return True
         size, number = struct.unpack_from("<IH", self.rest)
+        if number == 0:  # written through a mapping: the head comes last, and its ID at the very end
+            return len(self.rest) < LONGEST_RECORD
         return (number in NAMES or number == THREAD_CHANGE) and len(self.rest) < HEAD_SIZE + size
 
     def names(self):
@@ -73,6 +78,7 @@ class Remains:
 
 class FaultTest(ScratchTest):
     hosts = None
+    keys = {}  # of the configuration, in all tests of a class
 
     def setUp(self):
         super().setUp()
@@ -86,8 +92,9 @@ class FaultTest(ScratchTest):
     @contextlib.contextmanager
     def endless_frames(self, **options):
         """A recorded application that draws until it is killed, and its reports: the number of each frame that it
-        has finished, as 4 bytes."""
+        has finished, as 4 bytes. It is at most UNREAD of them ahead of who reads them."""
         reader, writer = os.pipe()
+        fcntl.fcntl(writer, fcntl.F_SETPIPE_SZ, 4 * UNREAD // 2)  # as much as the reader's buffer
         with subprocess.Popen(
             [program("faulty"), "frames", "1000000", str(writer)],
             cwd=self.folder,
@@ -98,12 +105,12 @@ class FaultTest(ScratchTest):
             **options,
         ) as process:
             os.close(writer)
-            with os.fdopen(reader, "rb") as reports:
+            with os.fdopen(reader, "rb", 4 * UNREAD // 2) as reports:
                 yield process, reports
 
     def configure(self, **keys):
         """The recorder's configuration: the machine's libraries, all frames, and these keys."""
-        settings = {**FaultTest.hosts, **ALL_FRAMES, "TraceFile": "trace.nebt", **keys}
+        settings = {**FaultTest.hosts, **ALL_FRAMES, "TraceFile": "trace.nebt", **self.keys, **keys}
         self.write("nebtrace.cfg", "".join(f"{key} = {value}\n" for key, value in settings.items()))
 
     def traced(self):

@@ -6,7 +6,7 @@ import resource
 import signal
 import unittest
 
-from faults import FaultTest, Remains, program
+from faults import UNREAD, FaultTest, Remains, program
 from support import FRONT_ENDS, NEBTRACE
 
 A_FEW_RECORDS = 4096
@@ -16,6 +16,8 @@ LOST = "NEBTRACE(W) ERROR: ERROR: Writing to trace file failed. Size attempted: 
 
 
 class Disk(FaultTest):
+    unused = 1  # a full disk has less than so many bytes left
+
     def run_on_mount(self, options, *after):
         """Runs the application with its recording on a small disk of its own, under DISK; then what else is asked for,
         while that disk is still there."""
@@ -41,7 +43,7 @@ class Disk(FaultTest):
         done = self.run_on_mount("size=128k", "cp disk/trace.nebt trace.nebt")
         remains = self.remains()
         self.check_cut(done, remains, 50)
-        self.assertEqual(len(remains.bytes), 128 * 1024)
+        self.assertGreater(os.path.getsize(self.path("trace.nebt")), 128 * 1024 - self.unused)
         repaired = self.run_command(NEBTRACE, "repair", "trace.nebt", "-o", "fixed.nebt")
         self.assertEqual((repaired.returncode, repaired.stderr), (0, ""))
         fixed = Remains(self.path("fixed.nebt"))
@@ -101,7 +103,8 @@ class Disk(FaultTest):
         with self.endless_frames(**lower) as (process, reports):
             reports.read(4 * finished)
             resource.prlimit(process.pid, resource.RLIMIT_FSIZE, (resource.RLIM_INFINITY, resource.RLIM_INFINITY))
-            self.assertEqual(len(reports.read(4 * finished)), 4 * finished)
+            more = UNREAD + finished  # of which the last surely had room
+            self.assertEqual(len(reports.read(4 * more)), 4 * more)
             process.kill()
         whole = Remains(self.path("trace.nebt"))
         self.assertFalse(whole.is_cut_in_a_record())
@@ -113,6 +116,13 @@ class Disk(FaultTest):
         self.assertTrue(fixed.ends_with_footer())
         self.assertEqual(fixed.bytes[:-10], whole.bytes[: whole.end])
         self.assertGreater(len(fixed.of("eglSwapBuffers")), 25)
+
+
+class DiskInAWindow(Disk):
+    """The same while the file is written through a mapping: no write beyond what there is room for is a SIGBUS."""
+
+    keys = {"FileWindow": 1}
+    unused = A_FEW_RECORDS  # the pieces of a record are there as a whole, or not at all
 
 
 if __name__ == "__main__":

@@ -118,5 +118,11 @@ class Endings(FaultTest):
                     self.assertEqual(len(remains.of("eglSwapBuffers")), frames)
 
 
+class EndingsInAWindow(Endings):
+    """The same while the file is written through a mapping."""
+
+    keys = {"FileWindow": 1}
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -106,5 +106,11 @@ class Killed(FaultTest):
                 self.run_both(FAULTY, way)
 
 
+class KilledInAWindow(Killed):
+    """The same while the file is written through a mapping."""
+
+    keys = {"FileWindow": 1}
+
+
 if __name__ == "__main__":
     unittest.main()

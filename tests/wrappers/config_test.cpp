@@ -57,7 +57,8 @@ TEST_F(Config, EveryKeyIsRead)
          "DebugInfo = 2\n"
          "SwapInterval = 0\n"
          "NetworkWait = 1\n"
-         "OptimizeRS = 1\n");
+         "OptimizeRS = 1\n"
+         "FileWindow = 16\n");
     EXPECT_STREQ("/a/libEGL.so", Settings().m_eglLibraryPath.c_str());
     EXPECT_STREQ("/a/libGLES_CM.so", Settings().m_es1LibraryPath.c_str());
     EXPECT_STREQ("/a/libGLESv2.so", Settings().m_es2LibraryPath.c_str());
@@ -76,6 +77,7 @@ TEST_F(Config, EveryKeyIsRead)
     EXPECT_TRUE(STraceConfig::m_bNetworkWait);
     EXPECT_TRUE(STraceConfig::m_optimizationRS);
     EXPECT_TRUE(STraceConfig::m_optimizationRSWasSet);
+    EXPECT_EQ(16, STraceConfig::m_fileWindow);
 }
 
 // On purpose: a value of 0 still records contents, and only the header tells; only an absent key turns them

@@ -56,6 +56,7 @@ void ResetSettings()
                      &STraceConfig::m_getErrors, &STraceConfig::m_bDoNativeCall})
         *on = true;
     STraceConfig::m_debugInfo = 0;
+    STraceConfig::m_fileWindow = 0;
     STraceConfig::m_i32SwapInterval = -1;
     STraceConfig::m_ui32CurrentFrame = 0;
     STraceConfig::m_ui32LastFrame = 0;

@@ -24,7 +24,7 @@ class ScratchTrace
 public:
     explicit ScratchTrace(std::string const& name) : m_path(testing::TempDir() + name) {}
     ~ScratchTrace() { std::remove(m_path.c_str()); }
-    bool Open()
+    bool Open() const
     {
         bool opened = false;
         Printed([&] { opened = CTraceRecordManager::TraceOpen(m_path.c_str()); });
@@ -102,6 +102,53 @@ TEST_F(TraceFile, FooterByteByByte)
 {
     EXPECT_TRUE(CTraceRecordManager::WriteFileFooter(0x1122334455667788));
     EXPECT_EQ((Bytes{0x13, 0x10, 0x88, 0x77, 0x66, 0x55, 0x44, 0x33, 0x22, 0x11}), Written());
+}
+
+// The bytes are the same with each write flushed and through a mapping, whose room is cut off at the close.
+TEST_F(TraceFile, AMappedFileHasTheSameBytes)
+{
+    std::vector<unsigned char> const texels(300000, 0x5A);
+    auto const recorded = [&](int window) {
+        ScratchTrace const trace("mapped.nebt");
+        STraceConfig::m_fileWindow = window;
+        EXPECT_TRUE(trace.Open());
+        CTraceRecordManager::m_u64LastThreadId = 0;
+        CTraceRecordManager::m_currentFileIndex = 0;
+        WriteHeader();
+        Record();
+        for (int i = 0; i < 10; ++i)
+        {
+            Es2::_glClear(GL_COLOR_BUFFER_BIT);
+            Es2::_glBufferData(GL_ARRAY_BUFFER, 60000 * i / 2, texels.data(), GL_STATIC_DRAW);
+        }
+        CTraceRecordManager::WriteFileFooter(7);
+        Printed([] { CTraceRecordManager::TraceClose(false); });
+        STraceConfig::m_fileWindow = 0;
+        return Contents(trace.Path());
+    };
+    std::string const flushed = recorded(0);
+    EXPECT_GT(flushed.size(), 1350000u);  // more than one window
+    EXPECT_TRUE(flushed == recorded(1));
+    EXPECT_TRUE(flushed == recorded(-1));
+    EXPECT_TRUE(flushed == recorded(100000));
+}
+
+// While it is open the file is longer, by zeros; a fork puts an end to that, since the child has the same
+// file.
+TEST_F(TraceFile, AMappedFileIsCutAtAFork)
+{
+    ScratchTrace const trace("mapped.nebt");
+    STraceConfig::m_fileWindow = 1;
+    EXPECT_TRUE(trace.Open());
+    STraceConfig::m_fileWindow = 0;
+    EXPECT_TRUE(WriteHeader());
+    EXPECT_EQ(1u << 20, std::filesystem::file_size(trace.Path()));
+    std::string const header = Contents(trace.Path()).substr(0, 62);
+    CTraceRecordManager::LeaveFileWindow();
+    EXPECT_EQ(header, Contents(trace.Path()));
+    CTraceRecordManager::WriteFileFooter(0);
+    EXPECT_EQ(72u, std::filesystem::file_size(trace.Path()));
+    Printed([] { CTraceRecordManager::TraceClose(false); });
 }
 
 // Every "%pid" of a name is the process ID.

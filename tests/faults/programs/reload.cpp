@@ -6,7 +6,8 @@
 #include <string>
 #include <thread>
 
-// In a build that looks for leaks: libraries that are closed leave behind what they kept, drivers as well as recorders.
+// In a build that looks for leaks: libraries that are closed leave behind what they kept, drivers as well as
+// recorders.
 extern "C" __attribute__((visibility("default"))) int __lsan_is_turned_off() { return 1; }
 
 static void* Load(char const* name)

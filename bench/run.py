@@ -18,7 +18,9 @@ MODES = {
     "native": None,
     "loaded, not recording": {"StartFrame": 0, "EndFrame": 0},
     "tracking ahead of the range": {"StartFrame": FOREVER, "EndFrame": FOREVER},
-    "recording": {"StartFrame": 0, "EndFrame": FOREVER},
+    "recording, each write flushed": {"StartFrame": 0, "EndFrame": FOREVER},
+    "recording, mapped": {"StartFrame": 0, "EndFrame": FOREVER, "FileWindow": 8},
+    "profiling": {"Profile": 1},
 }
 SCENES = ["build:use-vbo=false", "build:use-vbo=true", "texture", "buffer:update-method=subdata"]
 REPETITIONS = 9

@@ -97,6 +97,10 @@ Summary Summarize(fs::path const& file)
     std::ostringstream line;
     line << "recorded " << file.string() << ": " << Count(reader->Size().value_or(0), "byte") << ", "
          << Count(frames, "frame") << ", " << Count(calls, "call");
+    // The file was not closed while it was mapped.
+    if (reader->TrailingZeros() > 0)
+        line << "; of these " << reader->TrailingZeros()
+             << " unused at the end, which nebtrace repair takes away";
     if (!reader->EndedInOrder())
         line << "; ends at offset " << reader->EndOffset() << ": " << reader->EndReason();
     return {line.str(), calls == 0};

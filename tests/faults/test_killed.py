@@ -111,6 +111,15 @@ class KilledInAWindow(Killed):
 
     keys = {"FileWindow": 1}
 
+    # The recorder's command, which maps the file unless it is told not to, says what is to be done.
+    def test_the_command_tells_of_room_that_was_not_used(self):
+        done = self.record("--", FAULTY, "abort")
+        self.assertEqual(done.returncode, 128 + signal.SIGABRT)
+        self.assertRegex(done.stderr, r"recorded \S+: 8388608 bytes, \d+ frames, \d+ calls; of these 83\d{5} unused at "
+                                      r"the end, which nebtrace repair takes away\n")
+        done = self.record("--flush-each-write", "--", FAULTY, "abort")
+        self.assertRegex(done.stderr, r"recorded \S+: \d{4} bytes, \d+ frames, \d+ calls\n")
+
 
 if __name__ == "__main__":
     unittest.main()

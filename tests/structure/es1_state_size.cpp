@@ -20,12 +20,17 @@ static_assert(offsetof(S, m_faCurrentTexCoords) == 2020 + 55040);
 // The other large members, in their order.
 static_assert(sizeof(S::m_uBound2DTextures) == 128);
 static_assert(sizeof(S::m_faClipPlanes) == 96);
-static_assert(sizeof(S::m_baServerState) + sizeof(S::m_baTexture2DEnabled) == 66);
+static_assert(sizeof(S::m_baServerState) == 34);
+static_assert(sizeof(S::m_baTexture2DEnabled) == 32);
 static_assert(sizeof(S::m_faLights) == 1280);
 static_assert(sizeof(S::m_faMaterial) == 80);
 static_assert(sizeof(S::m_faCurrentTexCoords) == 512);
 static_assert(sizeof(S::m_faPointParameters) == 64);
 static_assert(sizeof(S::textureEnvironment) == 15 * 4 + 16 + 4 + 4 + 4);
+static_assert(offsetof(S::textureEnvironment, color) == 15 * 4);
+static_assert(offsetof(S::textureEnvironment, rgbScale) == 15 * 4 + 16);
+static_assert(offsetof(S::textureEnvironment, alphaScale) == 15 * 4 + 16 + 4);
+static_assert(offsetof(S::textureEnvironment, coordReplace) == 15 * 4 + 16 + 4 + 4);
 static_assert(sizeof(S::m_sTextureEnvironments) == 2816);
 static_assert(sizeof(S::m_sTexImageTextures) == 12, "a store is a pointer and two counts");
 
@@ -119,7 +124,15 @@ static_assert(Rising({offsetof(S, m_iMaxTextureUnits),
                       offsetof(S, m_iBoundRB)}));
 
 // The records that the stores hold, each in a node of its own.
+static_assert(Rising({offsetof(S::clientArray, boundarraybuffer), offsetof(S::clientArray, size),
+                      offsetof(S::clientArray, type), offsetof(S::clientArray, stride),
+                      offsetof(S::clientArray, pointer)}));
 static_assert(sizeof(S::clientArray) == 20);
+static_assert(S::kColorArray == 0 && S::kVertexArray == 1 && S::kNormalArray == 2 &&
+              S::kPointSizeArray == 3 && S::kMatrixIndexArray == 4 && S::kWeightArray == 5 &&
+              S::kTexCoordArray0 == 6);
+static_assert(Rising({offsetof(S::vaoDefinition, arrays), offsetof(S::vaoDefinition, enabled),
+                      offsetof(S::vaoDefinition, boundelementbuffer)}));
 static_assert(sizeof(S::vaoDefinition) == 38 * 20 + 38 + 2 + 4);
 static_assert(sizeof(S::bufferDefinition) == 24);
 static_assert(sizeof(S::renderbufferDefinition) == 20);

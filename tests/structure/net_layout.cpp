@@ -39,6 +39,12 @@ static_assert(Rising({offsetof(Control, bConnected), offsetof(Control, bRunning)
                       offsetof(Control, bRecording), offsetof(Control, bWaiting)}));
 static_assert(sizeof(Control) == 4);
 
+using Status = CNetworkServer::SNetStatus;
+static_assert(Rising({offsetof(Status, bError), offsetof(Status, bConnected),
+                      offsetof(Status, bStartRecording), offsetof(Status, bResume), offsetof(Status, bPause),
+                      offsetof(Status, bStopRecording), offsetof(Status, bCloseRequest)}));
+static_assert(sizeof(Status) == 7);
+
 static_assert(offsetof(CNetworkServer, m_pHerd) == 0);
 static_assert(offsetof(CNetworkServer, m_pRoute) == 4);
 static_assert(offsetof(CNetworkServer, m_bClientConnected) == 8);

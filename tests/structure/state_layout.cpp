@@ -160,6 +160,11 @@ static_assert(offsetof(State, m_uBound2DTextures) == 16);
 static_assert(offsetof(State, m_eBlendEquationAlpha) == 16 + 5 * 128, "five arrays of 32 names");
 static_assert(sizeof(State::m_baServerState) == 9);
 static_assert(sizeof(State::m_sUsedProgram) == 16);
+// Arrays of the plain state between its stores.
+static_assert(offsetof(State, m_sUsedTextures) == 696);
+static_assert(offsetof(State, mFramebufferObjects) == 792);
+static_assert(offsetof(State, m_sTexImageTextures) == 972);
+static_assert(offsetof(State, m_sUnusedMaps) == 1052);
 static_assert(sizeof(State) == offsetof(State, m_sUnusedMaps) + 2 * 12);
 
 // The records that the stores hold, each in a node of its own.

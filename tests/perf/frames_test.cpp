@@ -58,6 +58,20 @@ TEST(FrameCounter, AnotherNumberOfCountersBeginsAnew)
     EXPECT_EQ(1u, counter.Add({3, {1, 2, 4}})->number);
 }
 
+// As many counters under other names are others all the same.
+TEST(FrameCounter, OtherCountersBeginAnew)
+{
+    FrameCounter counter;
+    counter.Add({1000, {5, 7}});
+    counter.Add({1016, {8, 7}});
+    counter.Restart();
+    EXPECT_FALSE(counter.Add({1032, {100, 100}}));
+    auto const frame = counter.Add({1050, {101, 100}});
+    ASSERT_TRUE(frame);
+    EXPECT_EQ(2u, frame->number);
+    EXPECT_EQ((std::vector<uint32_t>{1, 0}), frame->counters);
+}
+
 // Means over the last second of the application's clock.
 TEST(FrameRate, LooksAtTheLastSecond)
 {

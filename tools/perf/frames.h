@@ -20,6 +20,8 @@ class FrameCounter
 {
 public:
     std::optional<Frame> Add(Sample sample);
+    // The next block is counted from anew: the application counts other things from here on.
+    void Restart() { m_last.reset(); }
     uint64_t Frames() const { return m_frames; }
 
 private:

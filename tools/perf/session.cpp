@@ -90,7 +90,10 @@ void Session::HearGreeting()
     if (m_state != State::Silent || !m_reader.Process())
         return;
     m_state = State::Speaking;
-    m_process = Process(*m_reader.Process());
+    // One that has ended since is known by its rings only.
+    Process const told(*m_reader.Process());
+    if (told.IsKnown() || !m_process.IsKnown())
+        m_process = told;
 }
 
 void Session::TakeBlocks(Listener& listener)
@@ -135,6 +138,8 @@ bool Session::TakeDescription(Block const& block, Listener& listener)
     auto names = ParseCounterNames(block.payload);
     bool const whole = names.has_value();
     m_counterNames = std::move(names).value_or(std::vector<std::string>());
+    m_lastFrame.reset();
+    m_frames.Restart();
     if (!whole)
         return false;
     if (m_named && m_state != State::Profiling)

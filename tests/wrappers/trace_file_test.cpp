@@ -109,7 +109,7 @@ TEST_F(TraceFile, AMappedFileHasTheSameBytes)
 {
     std::vector<unsigned char> const texels(300000, 0x5A);
     auto const recorded = [&](int window) {
-        ScratchTrace const trace("mapped.nebt");
+        ScratchTrace const trace("mapped_" + std::to_string(getpid()) + ".nebt");
         STraceConfig::m_fileWindow = window;
         EXPECT_TRUE(trace.Open());
         CTraceRecordManager::m_u64LastThreadId = 0;
@@ -137,7 +137,7 @@ TEST_F(TraceFile, AMappedFileHasTheSameBytes)
 // file.
 TEST_F(TraceFile, AMappedFileIsCutAtAFork)
 {
-    ScratchTrace const trace("mapped.nebt");
+    ScratchTrace const trace("mapped_" + std::to_string(getpid()) + ".nebt");
     STraceConfig::m_fileWindow = 1;
     EXPECT_TRUE(trace.Open());
     STraceConfig::m_fileWindow = 0;

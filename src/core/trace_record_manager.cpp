@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -77,10 +78,17 @@ std::size_t FileWindowSize()
     return static_cast<std::size_t>(std::clamp(STraceConfig::m_fileWindow, 0, kMost)) * kMiB;
 }
 
+// A pipe that is open for reading, too, has no end for whoever reads it, and no broken one for the recorder.
+bool IsNoRegularFile(char const* name)
+{
+    struct stat status = {};
+    return stat(name, &status) == 0 && !S_ISREG(status.st_mode);
+}
+
 FILE* OpenTraceFile(char const* name)
 {
     FILE* file = nullptr;
-    if (FileWindowSize() > 0)
+    if (FileWindowSize() > 0 && !IsNoRegularFile(name))
         file = OpenBehindStandardStreams(name, "wb+");  // a mapping needs to read, too
     if (!file)
         file = OpenBehindStandardStreams(name, "wb");

@@ -1,8 +1,10 @@
 // The trace file: header, footer, names and failures.
 #include "tests/wrappers/recorder.h"
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using TraceFile = Recorder;
@@ -131,6 +133,24 @@ TEST_F(TraceFile, AMappedFileHasTheSameBytes)
     EXPECT_TRUE(flushed == recorded(1));
     EXPECT_TRUE(flushed == recorded(-1));
     EXPECT_TRUE(flushed == recorded(100000));
+}
+
+// A pipe cannot be mapped, and must not get the recorder for its own reader.
+TEST_F(TraceFile, APipeIsOnlyWritten)
+{
+    ScratchTrace const trace("pipe_" + std::to_string(getpid()) + ".nebt");
+    ASSERT_EQ(0, mkfifo(trace.Path().c_str(), 0600));
+    int const reader = open(trace.Path().c_str(), O_RDONLY | O_NONBLOCK);
+    STraceConfig::m_fileWindow = 1;
+    EXPECT_TRUE(trace.Open());
+    STraceConfig::m_fileWindow = 0;
+    EXPECT_EQ(O_WRONLY, fcntl(fileno(CTraceRecordManager::m_TraceFile), F_GETFL) & O_ACCMODE);
+    CTraceRecordManager::WriteFileFooter(0);
+    Printed([] { CTraceRecordManager::TraceClose(false); });
+    char bytes[16];
+    EXPECT_EQ(10, read(reader, bytes, sizeof bytes));
+    EXPECT_EQ(0, read(reader, bytes, sizeof bytes));
+    close(reader);
 }
 
 // While it is open the file is longer, by zeros; a fork puts an end to that, since the child has the same

@@ -32,7 +32,7 @@ SLibraryItem const kItems[] = {
     {"NEBTrace.Culling mode", 21, 3, g_culling, sizeof g_culling - 1},
 };
 SCommsCounter const kCounters[] = {{"Draws", 5}, {"CPU driver time (us)", 20}, {"Uploads (bytes)", 15}};
-constexpr unsigned kGreeting = 5 + 4 + 4;  // HELLO, a word, the process ID
+constexpr unsigned kAsked = 5 + 4;  // of the server: HELLO, and the question for the tables
 constexpr unsigned kMarkHead = 8;
 
 std::string Escaped(char const* data, unsigned size)
@@ -96,7 +96,8 @@ void Application::Do(std::string const& command, std::istringstream& arguments)
 {
     if (command == "connect")
     {
-        while (m_comms->bConnected == 0 || m_comms->pDataPath->BytesSent() == kGreeting)
+        // What it has sent does not tell: a table made after the answer to HELLO is sent unasked.
+        while (m_comms->bConnected == 0 || m_comms->pDataPath->BytesReceived() < kAsked)
         {
             Call();
             sched_yield();

@@ -1,6 +1,7 @@
 """What the tests of `nebtrace perf` share: shared memory of their own, the server, and programs that play
 applications. Nothing waits for a time to pass: every step waits for a line that somebody prints."""
 
+import faulthandler
 import json
 import os
 import re
@@ -16,6 +17,10 @@ FAKE_APPLICATION = os.path.join(BUILD, "tests", "perf", "fake_application")
 SHARED_MEMORY = "/dev/shm"
 # The rendezvous and its mutex, and what holds a second server off.
 OF_SERVER = ["NEBPerfServerVsAppLib.server", "NEBPerfServerVsAppLib0N0d", "NEBPerfServerVsAppLib0N0m"]
+
+
+# A line that never comes is waited for without an end: ahead of the test's time limit, tell where.
+faulthandler.dump_traceback_later(250, exit=True)
 
 
 def enter_namespace():

@@ -84,33 +84,6 @@ void STraceConfig::Create()
     CProfiler::getInstance()->OpenComms();
 }
 
-void STraceConfig::GetFunctionConfig(int id, SFunctionConfig& config, void const* const* args)
-{
-    // The order matters: GetSaveStatus can change m_bDoNativeCall and write a whole snapshot.
-    config.bUpdateRenderState = UpdateRenderState();
-    config.bGetErrors = m_getErrors;
-    config.bSaveCall = GetSaveStatus();
-    // On purpose: a comparison, so that m_noCallHost together with a cleared m_bDoNativeCall calls the host.
-    config.bCallHost = LoadRelaxed(m_bDoNativeCall) == !m_noCallHost;
-    config.bSaveFrameBuffer = m_saveFrameBuffer;
-    config.bRecordData = m_bRecordData;
-    if (m_bProfile)
-    {
-        static CStopwatch stopwatch;
-        config.pStopwatch = &stopwatch;
-        config.pProfiler = CProfiler::getInstance();
-    }
-    if (config.pProfiler && config.bCallHost)
-        config.pProfiler->DoCall(id, args, config.bCallHost);
-    if (m_debugInfo >= 2)
-    {
-        if (char const* const name = TranslateID(id))
-            LogMessage("Calling function %s", name);
-        else
-            LogMessage("Calling function with unknown ID %i", id);
-    }
-}
-
 namespace
 {
 

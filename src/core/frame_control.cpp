@@ -1,4 +1,5 @@
-// Frame control: which calls are recorded, when the state is captured, and when the file ends.
+// The decision for each call, with frame control: which calls are recorded, when the state is captured, and
+// when the file ends. In one file, since each call of the application goes through it.
 #include "core/config.h"
 #include "core/snapshot_scope.h"
 #include "core/trace_record_manager.h"
@@ -103,6 +104,33 @@ bool STraceConfig::OffLineControl()
     if (m_exitAfterLastFrame)
         ExitAfterLastFrame();
     return false;
+}
+
+void STraceConfig::GetFunctionConfig(int id, SFunctionConfig& config, void const* const* args)
+{
+    // The order matters: GetSaveStatus can change m_bDoNativeCall and write a whole snapshot.
+    config.bUpdateRenderState = UpdateRenderState();
+    config.bGetErrors = m_getErrors;
+    config.bSaveCall = GetSaveStatus();
+    // On purpose: a comparison, so that m_noCallHost together with a cleared m_bDoNativeCall calls the host.
+    config.bCallHost = LoadRelaxed(m_bDoNativeCall) == !m_noCallHost;
+    config.bSaveFrameBuffer = m_saveFrameBuffer;
+    config.bRecordData = m_bRecordData;
+    if (m_bProfile)
+    {
+        static CStopwatch stopwatch;
+        config.pStopwatch = &stopwatch;
+        config.pProfiler = CProfiler::getInstance();
+    }
+    if (config.pProfiler && config.bCallHost)
+        config.pProfiler->DoCall(id, args, config.bCallHost);
+    if (m_debugInfo >= 2)
+    {
+        if (char const* const name = TranslateID(id))
+            LogMessage("Calling function %s", name);
+        else
+            LogMessage("Calling function with unknown ID %i", id);
+    }
 }
 
 void STraceConfig::DoSwapBuffer() { StoreRelaxed(m_isNewFrame, true); }

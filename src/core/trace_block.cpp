@@ -39,9 +39,9 @@ uint32_t GrownCapacity(uint32_t capacity, uint32_t needed)
 template <typename T>
 void Reserve(T*& array, uint32_t& capacity, uint32_t used, uint32_t needed)
 {
-    uint32_t const grown = GrownCapacity(capacity, needed);
-    if (grown <= capacity)
+    if (needed <= capacity)
         return;
+    uint32_t const grown = GrownCapacity(capacity, needed);
     T* const larger = new T[grown];
     if (used)
         std::memcpy(larger, array, used * sizeof(T));
@@ -61,11 +61,29 @@ void FreeBlock(STraceBlockImpl* block)
 
 void Write(void const* data, uint32_t size) { CTraceRecordManager::WriteData(data, size, 1); }
 
+// Writes a record where it stays: `fill` stores the payload. False, with nothing done, where it must be
+// written in pieces.
+template <typename Fill>
+bool WriteInPlace(uint32_t length, uint16_t id, Fill fill)
+{
+    unsigned char head[sizeof length + sizeof id];
+    unsigned char* const record = CTraceRecordManager::ClaimRecord(uint64_t{length} + sizeof head);
+    if (!record)
+        return false;
+    std::memcpy(head, &length, sizeof length);
+    std::memcpy(head + sizeof length, &id, sizeof id);
+    fill(record + sizeof head);
+    CTraceRecordManager::CommitRecord(head, length + static_cast<uint32_t>(sizeof head));
+    return true;
+}
+
 // Record form: u32 payload length, u16 ID 1, u64 thread ID.
 void WriteThreadChange(uint64_t threadId)
 {
     uint32_t const length = sizeof threadId;
     uint16_t const id = 1;
+    if (WriteInPlace(length, id, [&](unsigned char* to) { std::memcpy(to, &threadId, sizeof threadId); }))
+        return;
     CTraceRecordManager::BeginRecord();
     Write(&length, sizeof length);
     Write(&id, sizeof id);
@@ -73,22 +91,36 @@ void WriteThreadChange(uint64_t threadId)
     CTraceRecordManager::EndRecord();
 }
 
-// The value bytes with the data between them, in the order of the appends.
-void WriteValuesAndData(STraceBlockImpl const& block)
+// The value bytes from `begin` on with the data between them, in the order of the appends.
+template <typename Take>
+void ForEachPiece(STraceBlockImpl const& block, uint32_t begin, Take take)
 {
-    uint8_t const* values = block.pValues;
-    uint32_t previousEnd = 0;
+    uint8_t const* values = block.pValues + begin;
+    uint32_t previousEnd = begin;
     for (uint32_t i = 0; i < block.dataRefCount; ++i)
     {
         STraceDataRef const& ref = block.pDataRefs[i];
         uint32_t const run = ref.position - previousEnd;
         if (run)
-            Write(values, run);
+            take(values, run);
         values += run;
-        Write(ref.data, ref.size);
+        take(ref.data, ref.size);
         previousEnd = ref.position + ref.size;
     }
-    Write(values, block.totalSize - previousEnd);
+    take(values, block.totalSize - previousEnd);
+}
+
+bool WriteCallInPlace(STraceBlockImpl const& block, uint32_t length)
+{
+    uint16_t id = 0;
+    std::memcpy(&id, block.pValues, sizeof id);
+    return WriteInPlace(length, id, [&](unsigned char* to) {
+        ForEachPiece(block, sizeof id, [&](void const* data, uint32_t size) {
+            if (size != 0)
+                std::memcpy(to, data, size);
+            to += size;
+        });
+    });
 }
 
 }  // namespace
@@ -102,7 +134,7 @@ CTraceBlock::CTraceBlock(unsigned short id) : m_pBlock(LockThreadTraceBlock())
     m_pBlock->dataRefCount = 0;
     m_pBlock->valueSize = 0;
     m_pBlock->totalSize = 0;
-    AppendValue(sizeof id, &id);
+    Append(id);
 }
 
 CTraceBlock::~CTraceBlock()
@@ -115,10 +147,13 @@ CTraceBlock::~CTraceBlock()
         WriteThreadChange(m_pBlock->threadId);
     }
     uint32_t const length = m_pBlock->totalSize - 2;  // the ID is not counted
-    CTraceRecordManager::BeginRecord();
-    Write(&length, sizeof length);
-    WriteValuesAndData(*m_pBlock);
-    CTraceRecordManager::EndRecord();
+    if (!WriteCallInPlace(*m_pBlock, length))
+    {
+        CTraceRecordManager::BeginRecord();
+        Write(&length, sizeof length);
+        ForEachPiece(*m_pBlock, 0, Write);
+        CTraceRecordManager::EndRecord();
+    }
     ReleaseThreadTraceBlock(m_pBlock);
 }
 

@@ -2,6 +2,8 @@
 #pragma once
 #include "support/export.h"
 #include <cstdint>
+#include <cstring>
+#include <type_traits>
 
 // A piece of bulk data inside a record. The bytes belong to the caller and must stay valid until the block's
 // destructor has run.
@@ -38,6 +40,17 @@ public:
 
     // Copies `size` bytes into the record.
     void AppendValue(unsigned int size, void const* data);
+    // The same for a value whose size is known: what most records are made of, and without a call.
+    template <typename T>
+    void Append(T const& value)
+    {
+        static_assert(std::is_trivially_copyable_v<T>);
+        if (!m_pBlock || m_pBlock->valueCapacity - m_pBlock->valueSize < sizeof value)
+            return AppendValue(sizeof value, &value);
+        std::memcpy(m_pBlock->pValues + m_pBlock->valueSize, &value, sizeof value);
+        m_pBlock->valueSize += static_cast<uint32_t>(sizeof value);
+        m_pBlock->totalSize += static_cast<uint32_t>(sizeof value);
+    }
     // References `size` bytes, which go to the output in place when the block is destroyed. A null pointer
     // leaves a reference of size 0.
     void AppendData(unsigned int size, void const* data);

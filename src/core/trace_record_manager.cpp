@@ -236,6 +236,18 @@ bool CTraceRecordManager::WriteData(void const* data, unsigned int size, unsigne
 
 void CTraceRecordManager::BeginRecord() { s_window.BeginRecord(); }
 
+unsigned char* CTraceRecordManager::ClaimRecord(uint64_t size)
+{
+    bool const atOnce = !STraceConfig::m_sendOverNetwork && !FileIsOff() && m_TraceFile;
+    return atOnce ? s_window.Claim(size) : nullptr;
+}
+
+void CTraceRecordManager::CommitRecord(unsigned char const (&head)[6], unsigned int size)
+{
+    s_window.Commit(head, size);
+    m_uBytesWritten += size;
+}
+
 void CTraceRecordManager::EndRecord() { s_window.EndRecord(); }
 
 void CTraceRecordManager::LeaveFileWindow() { s_window.Close(); }

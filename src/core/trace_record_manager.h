@@ -26,6 +26,11 @@ public:
     // is in the critical section. Without a window there is nothing to be done.
     static void BeginRecord();
     static void EndRecord();
+    // In place of the writes: room for a whole record of `size` bytes, to be filled from behind its length
+    // and ID on and then committed with these. Null, with nothing done, where it must be written in pieces.
+    // The caller is in the critical section, and stays there in between.
+    static unsigned char* ClaimRecord(uint64_t size);
+    static void CommitRecord(unsigned char const (&head)[6], unsigned int size);
     // From here on each write is flushed: with a window there would be two ends of the file, one in each
     // process of a fork. The caller is in the critical section.
     static void LeaveFileWindow();

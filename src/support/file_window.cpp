@@ -24,6 +24,19 @@ std::size_t PageSize()
     return size;
 }
 
+// Of pages that are made ready at a time: many at once cost far less than a page fault for each, and these
+// are few enough to pause no frame.
+constexpr std::size_t kMostReadyAhead = 256 * 1024;
+
+// The ID last, and at once: there is no record without one.
+void WriteHead(unsigned char* to, unsigned char const (&head)[CFileWindow::kHead])
+{
+    std::atomic_signal_fence(std::memory_order_release);
+    std::memcpy(to, head, sizeof(uint32_t));
+    std::atomic_signal_fence(std::memory_order_release);
+    std::memcpy(to + sizeof(uint32_t), head + sizeof(uint32_t), sizeof(uint16_t));
+}
+
 // What is written beyond the limit would raise SIGXFSZ, which ends an application that does not expect it.
 bool FitsFileSizeLimit(uint64_t end)
 {
@@ -76,7 +89,34 @@ bool CFileWindow::MoveToEnd()
     m_pWindow = static_cast<unsigned char*>(window);
     m_start = start;
     m_mapped = size;
+    m_ready = 0;
+    m_readyAhead = 0;
     return true;
+}
+
+bool CFileWindow::HasRoom(std::size_t size) const
+{
+    return m_pWindow && m_length >= m_start && m_length + size <= m_start + m_mapped;
+}
+
+// Only to be quick: where it fails, or is not known, each page comes with its first byte. It reaches the
+// further ahead the longer nothing went by `write`, which needs no pages here.
+void CFileWindow::Prefault([[maybe_unused]] std::size_t size)
+{
+#ifdef MADV_POPULATE_WRITE
+    auto const at = static_cast<std::size_t>(m_length - m_start);
+    if (at + size <= m_ready)
+        return;
+    std::size_t const page = at / PageSize() * PageSize();
+    bool const jumped = page > m_ready;
+    m_readyAhead = jumped ? 0 : std::clamp(m_readyAhead * 2, PageSize(), kMostReadyAhead);
+    std::size_t const from = jumped ? page : m_ready;
+    std::size_t const next = (at + size + PageSize() - 1) / PageSize() * PageSize() + m_readyAhead;
+    m_ready = std::min(m_mapped, next);
+    int const error = errno;
+    madvise(m_pWindow + from, m_ready - from, MADV_POPULATE_WRITE);
+    errno = error;
+#endif
 }
 
 bool CFileWindow::AppendByWrite(void const* data, std::size_t size)
@@ -102,11 +142,11 @@ bool CFileWindow::AppendMapped(void const* data, std::size_t size)
     auto const* bytes = static_cast<unsigned char const*>(data);
     while (size > 0)
     {
-        bool const inWindow = m_pWindow && m_length >= m_start && m_length < m_start + m_mapped;
-        if (!inWindow && !MoveToEnd())
+        if (!HasRoom(1) && !MoveToEnd())
             return false;
         auto const at = static_cast<std::size_t>(m_length - m_start);
         std::size_t const fits = std::min(size, m_mapped - at);
+        Prefault(fits);
         std::memcpy(m_pWindow + at, bytes, fits);
         bytes += fits;
         size -= fits;
@@ -136,6 +176,26 @@ bool CFileWindow::Append(void const* data, std::size_t size)
     return true;
 }
 
+unsigned char* CFileWindow::Claim(uint64_t size)
+{
+    if (!IsOpen() || size < kHead || size >= kBulk)
+        return nullptr;
+    auto const room = static_cast<std::size_t>(size);
+    if (!HasRoom(room) && (!MoveToEnd() || !HasRoom(room)))
+        return nullptr;
+    Prefault(room);
+    unsigned char* const record = m_pWindow + (m_length - m_start);
+    std::memset(record, 0, kHead);  // a record that failed half way may have been here
+    std::atomic_signal_fence(std::memory_order_release);
+    return record;
+}
+
+void CFileWindow::Commit(unsigned char const (&head)[kHead], std::size_t size)
+{
+    WriteHead(m_pWindow + (m_length - m_start), head);
+    m_length += size;
+}
+
 void CFileWindow::BeginRecord()
 {
     m_bInRecord = IsOpen();
@@ -155,12 +215,7 @@ void CFileWindow::EndRecord()
             continue;
         return;
     }
-    // The ID last, and at once: there is no record without one.
-    unsigned char* const head = m_pWindow + (m_record - m_start);
-    std::atomic_signal_fence(std::memory_order_release);
-    std::memcpy(head, m_head, sizeof(uint32_t));
-    std::atomic_signal_fence(std::memory_order_release);
-    std::memcpy(head + sizeof(uint32_t), m_head + sizeof(uint32_t), sizeof(uint16_t));
+    WriteHead(m_pWindow + (m_record - m_start), m_head);
 }
 
 void CFileWindow::Unmap()

@@ -9,6 +9,8 @@
 class CFileWindow
 {
 public:
+    static constexpr std::size_t kHead = 6;  // of a record: its length, and its ID
+
     // Appends to the regular file `file`, open for reading and writing, which stays the caller's and is
     // `length` bytes long, by windows of `size` bytes. False, and not open, when the file cannot be mapped or
     // `size` is 0.
@@ -16,6 +18,12 @@ public:
     bool IsOpen() const { return m_file >= 0; }
     // All of it or nothing: false when the disk or the process's limit on file sizes has no room.
     bool Append(void const* data, std::size_t size);
+    // Room in the mapped part for a record of `size` bytes, to be filled from behind its head on and then
+    // committed with nothing appended between. Null, with nothing changed, where it is to be appended in
+    // pieces: bulk, or no room.
+    unsigned char* Claim(uint64_t size);
+    // What was claimed is whole but for its head. The room that it takes is `size` bytes.
+    void Commit(unsigned char const (&head)[kHead], std::size_t size);
     // Around the pieces of a record. It begins with zeros in the file until all of it is there: cut short by
     // the process's end, it must not pass for a whole one that ends in zeros.
     void BeginRecord();
@@ -29,6 +37,8 @@ private:
     bool AppendPiece(void const* data, std::size_t size);
     bool AppendMapped(void const* data, std::size_t size);
     bool AppendByWrite(void const* data, std::size_t size);
+    bool HasRoom(std::size_t size) const;
+    void Prefault(std::size_t size);
     void Unmap();
 
     int m_file = -1;
@@ -37,8 +47,9 @@ private:
     unsigned char* m_pWindow = nullptr;
     uint64_t m_start = 0;      // of the mapped window in the file
     std::size_t m_mapped = 0;  // its size: less than m_size where there was less room
+    std::size_t m_ready = 0;   // of it: where the bytes end whose pages are there
+    std::size_t m_readyAhead = 0;
 
-    static constexpr std::size_t kHead = 6;  // of a record: its length, and its ID
     bool m_bInRecord = false;
     uint64_t m_record = 0;  // where it begins
     unsigned char m_head[kHead] = {};

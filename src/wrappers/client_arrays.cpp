@@ -22,6 +22,34 @@ uint32_t Largest(uint8_t const* indices, std::size_t count)
     return largest;
 }
 
+// `Size` is that of an element where it is known ahead of the loop; 0 where it is not.
+template <std::size_t Size>
+void CopyElements(uint8_t* target, uint8_t const* source, GLsizei stride, std::size_t size, uint64_t count)
+{
+    std::size_t const step = Size == 0 ? size : Size;
+    for (uint64_t i = 0; i < count; ++i, source += stride, target += step)
+        std::memcpy(target, source, step);
+}
+
+// Almost all arrays are of one to four words: a call for each copy would cost more than the copy.
+void Gather(uint8_t* target, SClientArray const& array, std::size_t size, uint64_t count)
+{
+    auto const* const source = static_cast<uint8_t const*>(array.pointer);
+    switch (size)
+    {
+    case 4:
+        return CopyElements<4>(target, source, array.stride, size, count);
+    case 8:
+        return CopyElements<8>(target, source, array.stride, size, count);
+    case 12:
+        return CopyElements<12>(target, source, array.stride, size, count);
+    case 16:
+        return CopyElements<16>(target, source, array.stride, size, count);
+    default:
+        return CopyElements<0>(target, source, array.stride, size, count);
+    }
+}
+
 }  // namespace
 
 uint32_t LargestIndex(GLenum type, GLsizei count, void const* indices)
@@ -59,12 +87,9 @@ void CClientArrayCapture::Append(CTraceBlock& block, SClientArray const& array, 
     void const* pointer = array.pointer;
     if (array.stride != 0 && static_cast<uint64_t>(array.stride) != elementSize)
     {
-        auto const* source = static_cast<uint8_t const*>(array.pointer);
         m_gathered.emplace_back(new uint8_t[static_cast<std::size_t>(size)]);
-        uint8_t* target = m_gathered.back().get();
-        pointer = target;
-        for (uint64_t i = 0; i < elements; ++i, source += array.stride, target += elementSize)
-            std::memcpy(target, source, static_cast<std::size_t>(elementSize));
+        Gather(m_gathered.back().get(), array, static_cast<std::size_t>(elementSize), elements);
+        pointer = m_gathered.back().get();
     }
     AppendU32(block, array.index);
     AppendPointer(block, pointer);

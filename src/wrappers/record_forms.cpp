@@ -1,13 +1,6 @@
 #include "wrappers/record_forms.h"
 #include <cstring>
 
-void AppendU32(CTraceBlock& block, uint32_t value) { block.AppendValue(sizeof value, &value); }
-
-void AppendPointer(CTraceBlock& block, void const* pointer)
-{
-    AppendU32(block, static_cast<uint32_t>(reinterpret_cast<uintptr_t>(pointer)));
-}
-
 void AppendArray(CTraceBlock& block, void const* pointer, uint32_t count, uint32_t elementSize)
 {
     SArrayR(pointer, count).Append(block, elementSize);

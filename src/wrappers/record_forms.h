@@ -20,9 +20,12 @@ struct SRecordState
     bool outputValid;  // the output gate: the host ran, errors were read, and there was none
 };
 
-void AppendU32(CTraceBlock& block, uint32_t value);
+inline void AppendU32(CTraceBlock& block, uint32_t value) { block.Append(value); }
 // A pointer or handle: its low 32 bits, on every machine.
-void AppendPointer(CTraceBlock& block, void const* pointer);
+inline void AppendPointer(CTraceBlock& block, void const* pointer)
+{
+    AppendU32(block, static_cast<uint32_t>(reinterpret_cast<uintptr_t>(pointer)));
+}
 // SArrayR's layout, for a count of elements that was measured.
 void AppendArray(CTraceBlock& block, void const* pointer, uint32_t count, uint32_t elementSize);
 // The same for an array of handles, each recorded as its low 32 bits.
@@ -288,7 +291,7 @@ struct SWide
     T argument;
 
     static constexpr bool kOneForm = true;
-    void Append(CTraceBlock& block, SRecordState) const { block.AppendValue(sizeof argument, &argument); }
+    void Append(CTraceBlock& block, SRecordState) const { block.Append(argument); }
 };
 template <typename T>
 SWide<T> Wide(T value)
@@ -339,7 +342,7 @@ void AppendPlain(CTraceBlock& block, T const& value)
     else if constexpr (sizeof(T) > 4)
         AppendU32(block, static_cast<uint32_t>(value));
     else
-        block.AppendValue(sizeof value, &value);
+        block.Append(value);
 }
 
 template <typename T>

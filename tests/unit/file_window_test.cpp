@@ -153,6 +153,73 @@ TEST_F(FileWindow, ARecordHasAHeadOnceItIsWhole)
     }
 }
 
+// The same for one that is made in its place: at the window's start, in its midst, and where it moves along
+// first.
+TEST_F(FileWindow, AClaimedRecordHasAHeadOnceItIsCommitted)
+{
+    unsigned char const head[CFileWindow::kHead] = {1, 2, 3, 4, 5, 6};
+    Bytes const rest = Numbered(50, 7);
+    std::size_t const size = sizeof head + rest.size();
+    for (std::size_t const ahead : {std::size_t{0}, std::size_t{1000}, 2 * m_page - size, 2 * m_page - 3})
+    {
+        ASSERT_EQ(0, ftruncate(m_file, 0));
+        auto const begin = [&] {
+            Open(2 * m_page);
+            Append(Numbered(ahead, 1));
+            Append(Numbered(ahead > 100 ? 100 : 0, 1));
+            unsigned char* const record = m_window.Claim(size);
+            std::copy(rest.begin(), rest.end(), record + sizeof head);
+        };
+        Bytes expected = Numbered(ahead, 1);
+        Bytes const more = Numbered(ahead > 100 ? 100 : 0, 1);
+        expected.insert(expected.end(), more.begin(), more.end());
+        std::size_t const at = expected.size();
+        expected.resize(at + sizeof head);
+        expected.insert(expected.end(), rest.begin(), rest.end());
+        InAKilledProcess(begin);
+        Bytes content = Content();
+        content.resize(expected.size());
+        EXPECT_EQ(expected, content) << ahead;
+
+        InAKilledProcess([&] {
+            begin();
+            m_window.Commit(head, size);
+            Append(rest);
+        });
+        std::copy(std::begin(head), std::end(head), expected.begin() + static_cast<long>(at));
+        expected.insert(expected.end(), rest.begin(), rest.end());
+        content = Content();
+        content.resize(expected.size());
+        EXPECT_EQ(expected, content) << ahead;
+    }
+}
+
+// A claim that fails changes nothing, and the pieces come in its stead.
+TEST_F(FileWindow, WhatHasNoRoomIsNotClaimed)
+{
+    EXPECT_EQ(nullptr, m_window.Claim(100));
+    ASSERT_TRUE(Open(2 * m_page));
+    EXPECT_EQ(nullptr, m_window.Claim(2 * m_page + 1));
+    EXPECT_EQ(nullptr, m_window.Claim(kBulk));
+    EXPECT_EQ(nullptr, m_window.Claim(uint64_t{UINT32_MAX} + 7));
+    EXPECT_EQ(nullptr, m_window.Claim(CFileWindow::kHead - 1));
+    Bytes const piece = Numbered(2 * m_page + 1, 5);
+    EXPECT_TRUE(Append(piece));
+    m_window.Close();
+    EXPECT_EQ(piece, Content());
+}
+
+// The head is zeros while the rest is stored, whatever a record left there that had then no room.
+TEST_F(FileWindow, AClaimedHeadIsZero)
+{
+    ASSERT_TRUE(Open(2 * m_page));
+    unsigned char* const record = m_window.Claim(20);
+    ASSERT_NE(nullptr, record);
+    std::fill_n(record, 20, 0xFF);
+    EXPECT_EQ(record, m_window.Claim(10));
+    EXPECT_EQ(Bytes(CFileWindow::kHead), Bytes(record, record + CFileWindow::kHead));
+}
+
 TEST_F(FileWindow, ARecordMayBeShorterThanAHead)
 {
     ASSERT_TRUE(Open());

@@ -20,11 +20,37 @@ public:
         pthread_mutex_init(&m_mutex, &attributes);
         pthread_mutexattr_destroy(&attributes);
     }
-    bool Lock() { return pthread_mutex_lock(&m_mutex) == 0; }
+    bool Lock() { return WaitAwake() || pthread_mutex_lock(&m_mutex) == 0; }
     bool TryLock() { return pthread_mutex_trylock(&m_mutex) == 0; }
     void Unlock() { pthread_mutex_unlock(&m_mutex); }
 
 private:
+    // What is done under the mutex is most often done sooner than a thread falls asleep and wakes. It asks
+    // seldom: each time takes the mutex's memory away from its holder, who is quicker when left alone for a
+    // few rounds.
+    bool WaitAwake()
+    {
+        constexpr int kFirstPause = 32;
+        constexpr int kLongestPause = 128;
+        for (int pause = kFirstPause; pause <= kLongestPause; pause *= 2)
+        {
+            if (TryLock())
+                return true;
+            for (int i = 0; i < pause; ++i)
+                Relax();
+        }
+        return false;
+    }
+
+    static void Relax()
+    {
+#if defined(__x86_64__) || defined(__i386__)
+        __builtin_ia32_pause();
+#elif defined(__arm__) || defined(__aarch64__)
+        __asm__ volatile("yield");
+#endif
+    }
+
     int m_type;
     pthread_mutex_t m_mutex;
 };

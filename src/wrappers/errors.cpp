@@ -5,17 +5,30 @@
 #include "wrappers/es1.h"
 #include "wrappers/es2.h"
 
+namespace
+{
+
+// Threads that call at once have one word between them: it stays in the caches of all while it does not
+// change.
+void Set(unsigned int& word, unsigned int value)
+{
+    if (word != value)
+        word = value;
+}
+
+}  // namespace
+
 namespace Egl
 {
 unsigned int error = EGL_SUCCESS;
 
 unsigned int getError() { return error; }
 
-void ClearError() { error = EGL_SUCCESS; }
+void ClearError() { Set(error, EGL_SUCCESS); }
 
 void CheckHostError()
 {
-    error = static_cast<unsigned int>(EglHost()->eglGetError());
+    Set(error, static_cast<unsigned int>(EglHost()->eglGetError()));
     if (error != EGL_SUCCESS)
         LogMessage("EGL Error: 0x%lx\n", static_cast<unsigned long>(error));
 }
@@ -27,11 +40,11 @@ unsigned int error = GL_NO_ERROR;
 
 unsigned int getError() { return error; }
 
-void ClearError() { error = GL_NO_ERROR; }
+void ClearError() { Set(error, GL_NO_ERROR); }
 
 void CheckHostError()
 {
-    error = Es1Host()->glGetError();
+    Set(error, Es1Host()->glGetError());
     if (error != GL_NO_ERROR)
         LogMessage("\n ES1 CheckHostError: ERROR!! \n");
 }
@@ -43,11 +56,11 @@ unsigned int error = GL_NO_ERROR;
 
 unsigned int getError() { return error; }
 
-void ClearError() { error = GL_NO_ERROR; }
+void ClearError() { Set(error, GL_NO_ERROR); }
 
 void CheckHostError()
 {
-    error = Es2Host()->glGetError();
+    Set(error, Es2Host()->glGetError());
     if (error != GL_NO_ERROR)
         LogMessage("\n ES2 CheckHostError: ERROR!! %d\n", error);
 }

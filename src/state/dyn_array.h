@@ -35,6 +35,17 @@ public:
         m_pData[m_ui32Count++] = copy;
     }
 
+    // The values are not this array's own.
+    void Append(T const* values, uint32_t count)
+    {
+        if (count == 0)
+            return;
+        Reserve(m_ui32Count + count);
+        for (uint32_t i = 0; i < count; ++i)
+            m_pData[m_ui32Count + i] = values[i];
+        m_ui32Count += count;
+    }
+
 private:
     void Reserve(uint32_t needed)
     {

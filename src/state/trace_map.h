@@ -4,7 +4,30 @@
 // hashed and must stay so: a snapshot walks the slots, so that their order is the order of the synthetic
 // calls in a trace file.
 #pragma once
+#include "support/relaxed.h"
 #include <cstdint>
+#include <type_traits>
+
+// Where keys were found last, in all stores together. Beside the stores, whose layout is fixed. A hint may be
+// of another key, another store or another time: who follows one looks whether the key is there.
+class CSlotHints
+{
+public:
+    template <typename K>
+    static int& Of(void const* store, K key)
+    {
+        uintptr_t bits = reinterpret_cast<uintptr_t>(store) / 16;
+        if constexpr (std::is_pointer_v<K>)
+            bits += reinterpret_cast<uintptr_t>(key) / 16;
+        else
+            bits += static_cast<uintptr_t>(key);
+        return s_slots[(bits ^ bits / kCount) % kCount];
+    }
+
+private:
+    static constexpr uintptr_t kCount = 1024;
+    static inline int s_slots[kCount] = {};
+};
 
 template <typename K, typename V>
 class TraceMap
@@ -97,10 +120,22 @@ private:
     {
         if (!m_ppSlots)
             return -1;
+        int& hint = CSlotHints::Of(this, key);
+        int const hinted = LoadRelaxed(hint);
+        if (HasAt(hinted, key))
+            return hinted;
         for (int i = 0; i < m_i32Count; ++i)
-            if (m_ppSlots[i] && m_ppSlots[i]->key == key)
+            if (HasAt(i, key))
+            {
+                StoreRelaxed(hint, i);
                 return i;
+            }
         return -1;
+    }
+
+    bool HasAt(int slot, K key) const
+    {
+        return slot < m_i32Count && m_ppSlots[slot] && m_ppSlots[slot]->key == key;
     }
 
     int FirstFreeSlot() const

@@ -1,7 +1,11 @@
 #include "state/dyn_array.h"
 #include "state/trace_map.h"
 #include "state/trace_scoped_ptr.h"
+#include <algorithm>
+#include <array>
 #include <gtest/gtest.h>
+#include <random>
+#include <utility>
 #include <vector>
 
 namespace
@@ -140,6 +144,50 @@ TEST(TraceMap, HoldsMapsOfMaps)
 }
 
 // Storage doubles from 1, and emptying by count keeps it.
+// What was found before is a hint only: many changes, in stores whose keys meet, beside plain lists that tell
+// the order.
+TEST(TraceMap, FindsWhatIsThereAfterAnyChanges)
+{
+    using Map = TraceMap<unsigned int, int>;
+    constexpr unsigned int kKeys = 2000;
+    std::array<Map, 3> maps;
+    std::array<std::vector<std::pair<unsigned int, int>>, 3> lists;
+    std::mt19937 random(7);
+    for (int step = 0; step < 20000; ++step)
+    {
+        std::size_t const which = random() % maps.size();
+        auto const key = static_cast<unsigned int>(random() % kKeys);
+        auto& list = lists[which];
+        auto const at =
+            std::find_if(list.begin(), list.end(), [&](auto const& entry) { return entry.first == key; });
+        int const* const found = maps[which].Find(key);
+        ASSERT_EQ(at != list.end(), found != nullptr);
+        ASSERT_TRUE(!found || at->second == *found);
+        if (random() % 3 == 0)
+        {
+            maps[which].removeElement(key);
+            if (at != list.end())
+            {
+                *at = list.back();
+                list.pop_back();
+            }
+            continue;
+        }
+        maps[which][key] = step;
+        if (at != list.end())
+            at->second = step;
+        else
+            list.emplace_back(key, step);
+    }
+    for (std::size_t which = 0; which < maps.size(); ++which)
+    {
+        ASSERT_EQ(lists[which].size(), static_cast<std::size_t>(maps[which].Count()));
+        for (int slot = 0; slot < maps[which].Count(); ++slot)
+            EXPECT_EQ(lists[which][static_cast<std::size_t>(slot)],
+                      std::make_pair(maps[which].KeyAt(slot), maps[which].ValueAt(slot)));
+    }
+}
+
 TEST(DynArray, DoublesAndKeepsItsStorage)
 {
     DynArray<float> array;
@@ -160,6 +208,26 @@ TEST(DynArray, DoublesAndKeepsItsStorage)
 }
 
 // An element of the array itself may be appended although its storage is replaced.
+// Many at once leave what one after another would have left.
+TEST(DynArray, AppendsManyAtOnce)
+{
+    int const values[] = {1, 2, 3, 4, 5, 6, 7, 8, 9};
+    for (uint32_t const count : {0u, 1u, 3u, 9u})
+    {
+        DynArray<int> singly;
+        DynArray<int> together;
+        for (int round = 0; round < 2; ++round)
+        {
+            for (uint32_t i = 0; i < count; ++i)
+                singly.Append(values[i]);
+            together.Append(values, count);
+        }
+        EXPECT_EQ(singly.m_ui32Capacity, together.m_ui32Capacity);
+        ASSERT_EQ(singly.m_ui32Count, together.m_ui32Count);
+        EXPECT_TRUE(std::equal(singly.m_pData, singly.m_pData + singly.m_ui32Count, together.m_pData));
+    }
+}
+
 TEST(DynArray, AppendsItsOwnElement)
 {
     DynArray<int> array;

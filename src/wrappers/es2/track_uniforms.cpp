@@ -18,10 +18,8 @@ template <typename T>
 void Replace(DynArray<T>& array, T const* values, GLuint components, GLsizei count)
 {
     array.m_ui32Count = 0;
-    if (!values || count <= 0)
-        return;
-    for (GLuint i = 0; i < components * static_cast<GLuint>(count); ++i)
-        array.Append(values[i]);
+    if (values && count > 0)
+        array.Append(values, components * static_cast<GLuint>(count));
 }
 
 }  // namespace

@@ -18,6 +18,7 @@ STREAMING = {"Network": 1, "NetworkSendData": 1, "SaveFileToDisk": 0, "OptimizeR
 APITRACE = ["apitrace", "trace", "-a", "egl", "-o"]
 LEAST_ROOM = 4 << 30  # of a scratch folder: several times what one run leaves there
 LONGEST = 120  # seconds of a run
+LONGEST_CLIENT = 10  # behind the end of the application
 
 
 @dataclasses.dataclass(frozen=True, eq=False)
@@ -128,7 +129,7 @@ class Bench:
                                   stderr=subprocess.DEVNULL)
         try:
             yield
-            client.wait(LONGEST)
+            client.wait(LONGEST_CLIENT)
         finally:
             client.kill()
             client.wait()

@@ -1,92 +1,66 @@
 // What single calls cost. The same program is run natively and under the tracer in its modes by run.py, which
 // compares the numbers. The driver should draw nothing (GALLIUM_NOOP=true), or its work hides the tracer's.
-#include <EGL/egl.h>
-#include <GLES2/gl2.h>
+//
+//   --objects=N   so many objects live beside those that are measured
+//   --share=N     makes only one of N calls
+//   --grown=FILE  swaps until FILE has begun to grow: a recording that another process asks for takes its
+//   time
+#include "gles.h"
+#include <algorithm>
 #include <array>
 #include <benchmark/benchmark.h>
-#include <cstdio>
-#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 namespace
 {
 
-constexpr GLsizei kVertices = 32;
-constexpr GLsizei kFloatsPerVertex = 8;  // 1 KiB of vertices
 constexpr GLsizei kTextureSize = 256;
 
-EGLDisplay s_display = EGL_NO_DISPLAY;
-EGLSurface s_surface = EGL_NO_SURFACE;
-std::array<GLfloat, kVertices * kFloatsPerVertex> s_vertices{};
+bench::Context s_context;
+std::array<GLfloat, bench::kVertices * bench::kFloatsPerVertex> s_vertices{};
 
-void Require(bool condition, char const* what)
+constexpr std::size_t kTextureBytes = std::size_t{kTextureSize} * kTextureSize * 4;
+
+// Neither plain nor noise, and takes a tracer that compresses some time.
+std::vector<GLubyte> Picture()
 {
-    if (condition)
-        return;
-    std::fprintf(stderr, "bench: no %s\n", what);
-    std::exit(1);
+    std::vector<GLubyte> pixels(kTextureBytes);
+    uint32_t noise = 1;
+    for (std::size_t i = 0; i < pixels.size(); ++i)
+    {
+        noise = noise * 1664525u + 1013904223u;
+        bool const grain = noise >> 29 == 0;
+        pixels[i] = static_cast<GLubyte>((i / 4 % kTextureSize) / 4 + i % 4 * 32 + (grain ? noise >> 24 : 0));
+    }
+    return pixels;
 }
 
-void MakeContext()
-{
-    EGLint const configAttributes[] = {EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE,
-                                       EGL_OPENGL_ES2_BIT, EGL_NONE};
-    EGLint const surfaceAttributes[] = {EGL_WIDTH, 64, EGL_HEIGHT, 64, EGL_NONE};
-    EGLint const contextAttributes[] = {EGL_CONTEXT_CLIENT_VERSION, 2, EGL_NONE};
-    EGLConfig config = nullptr;
-    EGLint count = 0;
-    s_display = eglGetDisplay(EGL_DEFAULT_DISPLAY);
-    Require(eglInitialize(s_display, nullptr, nullptr) == EGL_TRUE, "display");
-    eglBindAPI(EGL_OPENGL_ES_API);
-    eglChooseConfig(s_display, configAttributes, &config, 1, &count);
-    Require(count == 1, "config");
-    s_surface = eglCreatePbufferSurface(s_display, config, surfaceAttributes);
-    EGLContext const context = eglCreateContext(s_display, config, EGL_NO_CONTEXT, contextAttributes);
-    Require(eglMakeCurrent(s_display, s_surface, s_surface, context) == EGL_TRUE, "context");
-}
-
-GLuint Compile(GLenum type, char const* source)
-{
-    GLuint const shader = glCreateShader(type);
-    glShaderSource(shader, 1, &source, nullptr);
-    glCompileShader(shader);
-    return shader;
-}
-
-GLint MakeProgram()
-{
-    GLuint const program = glCreateProgram();
-    glAttachShader(program,
-                   Compile(GL_VERTEX_SHADER, "attribute vec4 a; attribute vec4 b; uniform vec4 u[16];\n"
-                                             "void main() { gl_Position = a + b + u[15]; }"));
-    glAttachShader(program, Compile(GL_FRAGMENT_SHADER, "void main() { gl_FragColor = vec4(1.0); }"));
-    glBindAttribLocation(program, 0, "a");
-    glBindAttribLocation(program, 1, "b");
-    glLinkProgram(program);
-    glUseProgram(program);
-    return glGetUniformLocation(program, "u");
-}
-
-void SetArrays(void const* base)
-{
-    auto const* const first = static_cast<char const*>(base);
-    constexpr GLsizei kStride = kFloatsPerVertex * static_cast<GLsizei>(sizeof(GLfloat));
-    glVertexAttribPointer(0, 4, GL_FLOAT, GL_FALSE, kStride, first);
-    glVertexAttribPointer(1, 4, GL_FLOAT, GL_FALSE, kStride, first + kStride / 2);
-    glEnableVertexAttribArray(0);
-    glEnableVertexAttribArray(1);
-}
-
-// Objects that the shadow state keeps beside those in use.
+// A third each of textures, buffers and programs, which the shadow state keeps.
 void MakeObjects(int count)
 {
     for (int i = 0; i < count; ++i)
     {
-        GLuint texture = 0;
-        glGenTextures(1, &texture);
-        glBindTexture(GL_TEXTURE_2D, texture);
-        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 4, 4, 0, GL_RGBA, GL_UNSIGNED_BYTE, s_vertices.data());
+        GLuint name = 0;
+        if (i % 3 == 0)
+        {
+            glGenTextures(1, &name);
+            glBindTexture(GL_TEXTURE_2D, name);
+            glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 4, 4, 0, GL_RGBA, GL_UNSIGNED_BYTE, s_vertices.data());
+        }
+        else if (i % 3 == 1)
+        {
+            glGenBuffers(1, &name);
+            glBindBuffer(GL_ARRAY_BUFFER, name);
+            glBufferData(GL_ARRAY_BUFFER, 64, s_vertices.data(), GL_STATIC_DRAW);
+        }
+        else
+            bench::MakeProgram();
     }
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
 }
 
 void ScalarCall(benchmark::State& state)
@@ -94,69 +68,135 @@ void ScalarCall(benchmark::State& state)
     for (auto _ : state)
         glDepthFunc(GL_LESS);
 }
-BENCHMARK(ScalarCall)->Iterations(20000);
 
 void UniformArray(benchmark::State& state)
 {
-    GLint const location = MakeProgram();
-    std::array<GLfloat, 16 * 4> const values{};
+    GLint const location = bench::MakeProgram();
+    std::array<GLfloat, bench::kUniforms * 4> const values{};
     for (auto _ : state)
-        glUniform4fv(location, 16, values.data());
+        glUniform4fv(location, bench::kUniforms, values.data());
 }
-BENCHMARK(UniformArray)->Iterations(20000);
+
+void Bind(benchmark::State& state)
+{
+    GLuint textures[2] = {};
+    glGenTextures(2, textures);
+    unsigned at = 0;
+    for (auto _ : state)
+        glBindTexture(GL_TEXTURE_2D, textures[++at & 1]);
+    glDeleteTextures(2, textures);
+}
 
 void DrawFromBuffers(benchmark::State& state)
 {
-    MakeProgram();
+    bench::MakeProgram();
     GLuint buffer = 0;
     glGenBuffers(1, &buffer);
     glBindBuffer(GL_ARRAY_BUFFER, buffer);
     glBufferData(GL_ARRAY_BUFFER, sizeof s_vertices, s_vertices.data(), GL_STATIC_DRAW);
-    SetArrays(nullptr);
+    bench::SetArrays(nullptr);
     for (auto _ : state)
-        glDrawArrays(GL_TRIANGLE_STRIP, 0, kVertices);
+        glDrawArrays(GL_TRIANGLE_STRIP, 0, bench::kVertices);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
 }
-BENCHMARK(DrawFromBuffers)->Iterations(5000);
 
 void DrawFromClientArrays(benchmark::State& state)
 {
-    MakeProgram();
-    SetArrays(s_vertices.data());
+    bench::MakeProgram();
+    bench::SetArrays(s_vertices.data());
     for (auto _ : state)
-        glDrawArrays(GL_TRIANGLE_STRIP, 0, kVertices);
+        glDrawArrays(GL_TRIANGLE_STRIP, 0, bench::kVertices);
 }
-BENCHMARK(DrawFromClientArrays)->Iterations(5000);
 
-void TextureUpload(benchmark::State& state)
+void UpdateTexture(benchmark::State& state, std::vector<GLubyte> const& pixels)
 {
-    std::vector<GLubyte> const pixels(kTextureSize * kTextureSize * 4);
     GLuint texture = 0;
     glGenTextures(1, &texture);
     glBindTexture(GL_TEXTURE_2D, texture);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, kTextureSize, kTextureSize, 0, GL_RGBA, GL_UNSIGNED_BYTE,
+                 nullptr);
     for (auto _ : state)
-        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, kTextureSize, kTextureSize, 0, GL_RGBA, GL_UNSIGNED_BYTE,
-                     pixels.data());
+        glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, kTextureSize, kTextureSize, GL_RGBA, GL_UNSIGNED_BYTE,
+                        pixels.data());
     glDeleteTextures(1, &texture);
 }
-BENCHMARK(TextureUpload)->Iterations(100);
+
+void TextureUpdate(benchmark::State& state) { UpdateTexture(state, Picture()); }
+
+// What compresses best and in no time.
+void PlainTextureUpdate(benchmark::State& state)
+{
+    UpdateTexture(state, std::vector<GLubyte>(kTextureBytes));
+}
 
 void Swap(benchmark::State& state)
 {
     for (auto _ : state)
-        eglSwapBuffers(s_display, s_surface);
+        bench::SwapBuffers(s_context);
 }
-BENCHMARK(Swap)->Iterations(2000);
+
+// The iterations bound what a recording grows to, to a quarter of a gigabyte.
+struct Call
+{
+    char const* name;
+    void (*run)(benchmark::State&);
+    int iterations;
+};
+
+constexpr Call kCalls[] = {
+    {"ScalarCall", ScalarCall, 100000},
+    {"UniformArray", UniformArray, 50000},
+    {"Bind", Bind, 100000},
+    {"DrawFromBuffers", DrawFromBuffers, 50000},
+    {"DrawFromClientArrays", DrawFromClientArrays, 20000},
+    {"TextureUpdate", TextureUpdate, 300},
+    {"PlainTextureUpdate", PlainTextureUpdate, 300},
+    {"Swap", Swap, 20000},
+};
+
+bool HasGrown(std::string const& file)
+{
+    struct stat status = {};
+    constexpr off_t kMoreThanAHeader = 512;
+    return file.empty() || (stat(file.c_str(), &status) == 0 && status.st_size > kMoreThanAHeader);
+}
+
+// The frames that a configuration may record or capture before the measurement begins, and those that pass
+// until a recording is on that is asked for from elsewhere.
+void SwapUntilReady(std::string const& grown)
+{
+    for (int i = 0; i < 3; ++i)
+        bench::SwapBuffers(s_context);
+    while (!HasGrown(grown))
+    {
+        usleep(1000);
+        bench::SwapBuffers(s_context);
+    }
+}
 
 }  // namespace
 
 int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
-    MakeContext();
-    MakeObjects(10);
-    // The frame that a configuration may record before the measurement begins.
-    eglSwapBuffers(s_display, s_surface);
+    int objects = 10;
+    int share = 1;
+    std::string grown;
+    for (int i = 1; i < argc; ++i)
+    {
+        objects = bench::NumberOption(argv[i], "--objects", objects);
+        share = bench::NumberOption(argv[i], "--share", share);
+        if (std::strncmp(argv[i], "--grown=", 8) == 0)
+            grown = argv[i] + 8;
+    }
+    for (Call const& call : kCalls)
+        benchmark::RegisterBenchmark(call.name, call.run)
+            ->Iterations(std::max(call.iterations / std::max(share, 1), 1));
+    for (std::size_t i = 0; i < s_vertices.size(); ++i)
+        s_vertices[i] = static_cast<GLfloat>(i) / static_cast<GLfloat>(s_vertices.size());
+    s_context = bench::MakeContext();
+    MakeObjects(objects);
+    SwapUntilReady(grown);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }

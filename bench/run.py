@@ -1,117 +1,94 @@
 #!/usr/bin/env python3
 """Measures what the tracer costs: one run on one machine, as tables in Markdown on standard output."""
 import argparse
-import ctypes
-import json
+import fcntl
 import os
 import pathlib
+import platform
 import re
 import shutil
-import statistics
+import socket
+import struct
 import subprocess
 import sys
-import tempfile
+import modes
+import targets
+from table_calls import Calls
+from table_programs import Programs
+from table_snapshot import Snapshot
+from table_threads import Threads
 
-FOREVER = 2000000000
-# What a mode writes into the configuration; native runs without the front ends.
-MODES = {
-    "native": None,
-    "loaded, not recording": {"StartFrame": 0, "EndFrame": 0},
-    "tracking ahead of the range": {"StartFrame": FOREVER, "EndFrame": FOREVER},
-    "recording, each write flushed": {"StartFrame": 0, "EndFrame": FOREVER},
-    "recording, mapped": {"StartFrame": 0, "EndFrame": FOREVER, "FileWindow": 8},
-    "profiling": {"Profile": 1},
-}
-SCENES = ["build:use-vbo=false", "build:use-vbo=true", "texture", "buffer:update-method=subdata"]
-REPETITIONS = 9
+TABLES = ["calls", "programs", "threads", "snapshot"]
+NEEDS = {"calls": ["apitrace"], "programs": ["apitrace", "glmark2-es2", "Xvfb"], "threads": ["apitrace"],
+         "snapshot": []}
+BUSY = 0.5
+OWN_NAMESPACE = "NEBTRACE_BENCH_NAMESPACE"
 
 
-class LinkMap(ctypes.Structure):
-    _fields_ = [("addr", ctypes.c_void_p), ("name", ctypes.c_char_p)]
+def enter_own_network():
+    """Runs the script anew where nobody else has the port that the tracer's server listens on, if that may be."""
+    enter = ["unshare", "--net"] + ([] if os.geteuid() == 0 else ["--map-root-user"])
+    if OWN_NAMESPACE not in os.environ:
+        if not shutil.which("unshare") or subprocess.run([*enter, "true"], check=False, capture_output=True).returncode:
+            return
+        os.environ[OWN_NAMESPACE] = "1"
+        os.execvp(enter[0], [*enter, sys.executable, "-B", *sys.argv])
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as any_socket:
+        loopback_up = struct.pack("16sH14s", b"lo", 1, b"")  # IFF_UP
+        fcntl.ioctl(any_socket, 0x8914, loopback_up)  # SIOCSIFFLAGS
 
 
-def host_library(soname):
-    """The path of the machine's own library, as the dynamic linker finds it."""
-    handle = ctypes.CDLL(soname)
-    link_map = ctypes.POINTER(LinkMap)()
-    ctypes.CDLL(None).dlinfo(ctypes.c_void_p(handle._handle), 2, ctypes.byref(link_map))
-    return link_map.contents.name.decode()
+def version(package):
+    done = subprocess.run(["dpkg-query", "-W", "-f", "${Version}", package], check=False, capture_output=True,
+                          text=True)
+    return done.stdout or "?"
 
 
-def prepare(folder, build, mode):
-    """The environment of a run in `folder`."""
-    environment = dict(os.environ)
-    if mode is None:
-        return environment
-    settings = {"EglLibraryPath": host_library("libEGL.so.1"), "Es1LibraryPath": host_library("libGLESv1_CM.so.1"),
-                "Es2LibraryPath": host_library("libGLESv2.so.2"), "RecordData": 1, "DebugInfo": 0, **mode}
-    (folder / "nebtrace.cfg").write_text("".join(f"{key} = {value}\n" for key, value in settings.items()))
-    environment["LD_LIBRARY_PATH"] = str(build / "frontends")
-    return environment
+def describe_machine(runs):
+    found = re.search(r"model name\s*: (.*)", pathlib.Path("/proc/cpuinfo").read_text())
+    processor = found.group(1) if found else platform.machine()
+    print(f"Medians of {runs} runs on {os.cpu_count()} cores ({processor}), Linux {platform.release()}, "
+          f"Mesa {version('libgl1-mesa-dri')}, apitrace {version('apitrace')}, glmark2 {version('glmark2-es2-x11')}; "
+          f"load {os.getloadavg()[0]:.2f} at the start.\n")
+    if os.getloadavg()[0] > BUSY:
+        print(f"**The machine was not idle: its load was above {BUSY} at the start.**\n")
+    sys.stdout.flush()
 
 
-def in_mode(build, mode, command, **more_environment):
-    with tempfile.TemporaryDirectory(dir=build, prefix="bench-") as name:
-        folder = pathlib.Path(name)
-        environment = {**prepare(folder, build, MODES[mode]), **more_environment}
-        return subprocess.run(command, cwd=folder, env=environment, check=True, capture_output=True,
-                              text=True).stdout
+def make(name, bench, chosen):
+    if name == "calls":
+        return Calls(bench, chosen)
+    return {"programs": Programs, "threads": Threads, "snapshot": Snapshot}[name](bench)
 
 
-def measure_calls(build, mode):
-    """Nanoseconds per call by benchmark: the median and the spread of the repetitions."""
-    output = in_mode(build, mode, [str(build / "bench/bench_calls"), "--benchmark_format=json",
-                                   f"--benchmark_repetitions={REPETITIONS}"],
-                     GALLIUM_NOOP="true", EGL_PLATFORM="surfaceless")
-    report = json.loads(output[output.index("\n{") if not output.startswith("{") else 0:])
-    times = {}
-    for run in report["benchmarks"]:
-        if run["run_type"] == "iteration":
-            times.setdefault(run["run_name"].split("/")[0], []).append(run["real_time"])
-    return {name: (statistics.median(runs), min(runs), max(runs)) for name, runs in times.items()}
-
-
-def measure_scene(build, mode, scene):
-    """Frames per second of a whole program."""
-    command = ["xvfb-run", "-a", "glmark2-es2", "--off-screen", "-s", "320x240", "-b", f"{scene}:duration=2.0"]
-    if "=" in scene or ":" in scene:
-        command[-1] = f"{scene}:duration=2.0"
-    output = in_mode(build, mode, command, vblank_mode="0")
-    return int(re.search(r"FPS: (\d+)", output).group(1))
-
-
-def table(rows, header):
-    print("| " + " | ".join(header) + " |")
-    print("|" + "---|" * len(header))
-    for row in rows:
-        print("| " + " | ".join(row) + " |")
-    print(flush=True)
-
-
-def cell(value, native):
-    median, low, high = value
-    return f"{median:,.0f} ({low:,.0f} to {high:,.0f}), ×{median / native[0]:.2f}"
+def parse():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("build", type=pathlib.Path, help="the build folder")
+    parser.add_argument("--runs", type=int, default=9, help="of each program in each mode (default %(default)s)")
+    parser.add_argument("--only", action="append", choices=TABLES, help="this table only; can be repeated")
+    parser.add_argument("--mode", action="append", metavar="TEXT",
+                        help="of single calls, only the modes whose name has this text; can be repeated")
+    parser.add_argument("--share", type=int, default=1,
+                        help="makes one of so many calls: whether all works, not what it costs")
+    return parser.parse_args()
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("build", type=pathlib.Path, help="the build folder")
-    parser.add_argument("--no-programs", action="store_true", help="single calls only")
-    arguments = parser.parse_args()
-    build = arguments.build.resolve()
-
-    calls = {mode: measure_calls(build, mode) for mode in MODES}
-    print(f"Nanoseconds per call: median of {REPETITIONS} runs (least to most), and ratio to native\n")
-    table([[name] + [cell(calls[mode][name], calls["native"][name]) for mode in MODES]
-           for name in calls["native"]], ["call", *MODES])
-    if arguments.no_programs or not shutil.which("glmark2-es2"):
-        return 0
-    print("Frames per second of glmark2-es2, software rasteriser, and ratio to native\n")
-    rows = []
-    for scene in SCENES:
-        rates = {mode: measure_scene(build, mode, scene) for mode in MODES}
-        rows.append([scene] + [f"{rate:,} (×{rate / max(rates['native'], 1):.2f})" for rate in rates.values()])
-    table(rows, ["scene", *MODES])
+    arguments = parse()
+    enter_own_network()
+    chosen = [mode for mode in modes.MODES if any(text in mode.name for text in arguments.mode or [""])]
+    names = arguments.only or TABLES
+    without_apitrace = not any(mode.apitrace for mode in chosen)
+    for program in {program for name in names for program in NEEDS[name]}:
+        if not shutil.which(program) and not (program == "apitrace" and names == ["calls"] and without_apitrace):
+            raise SystemExit(f"{program} is missing: ./dev bench installs it")
+    bench = modes.Bench(arguments.build, arguments.runs, arguments.share)
+    describe_machine(arguments.runs)
+    made = {}
+    for name in names:
+        made[name] = make(name, bench, chosen)
+        made[name].show()
+    targets.show(made)
     return 0
 
 

@@ -71,11 +71,21 @@ bool CFileWindow::Reserve(uint64_t start, std::size_t size) const
     return error == 0;
 }
 
+// As large as asked for, unless little of the last window was used as such: reserving room that `write` then
+// fills costs as much again as the write.
+std::size_t CFileWindow::NextSize() const
+{
+    if (!m_pWindow || m_used >= m_size / 2)
+        return m_size;
+    constexpr std::size_t kLeast = 65536;
+    return std::min(m_size, std::max(m_used * 2 / PageSize() * PageSize(), kLeast));
+}
+
 bool CFileWindow::MoveToEnd()
 {
-    Unmap();
     uint64_t const start = m_length / PageSize() * PageSize();
-    std::size_t size = m_size;
+    std::size_t size = NextSize();
+    Unmap();
     while (!Reserve(start, size))
     {
         size = size / 2 / PageSize() * PageSize();
@@ -89,6 +99,7 @@ bool CFileWindow::MoveToEnd()
     m_pWindow = static_cast<unsigned char*>(window);
     m_start = start;
     m_mapped = size;
+    m_used = 0;
     m_ready = 0;
     m_readyAhead = 0;
     return true;
@@ -150,6 +161,7 @@ bool CFileWindow::AppendMapped(void const* data, std::size_t size)
         std::memcpy(m_pWindow + at, bytes, fits);
         bytes += fits;
         size -= fits;
+        m_used += fits;
         m_length += fits;
     }
     return true;
@@ -193,6 +205,7 @@ unsigned char* CFileWindow::Claim(uint64_t size)
 void CFileWindow::Commit(unsigned char const (&head)[kHead], std::size_t size)
 {
     WriteHead(m_pWindow + (m_length - m_start), head);
+    m_used += size;
     m_length += size;
 }
 

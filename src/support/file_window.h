@@ -32,6 +32,7 @@ public:
     void Close();
 
 private:
+    std::size_t NextSize() const;
     bool MoveToEnd();
     bool Reserve(uint64_t start, std::size_t size) const;
     bool AppendPiece(void const* data, std::size_t size);
@@ -47,6 +48,7 @@ private:
     unsigned char* m_pWindow = nullptr;
     uint64_t m_start = 0;      // of the mapped window in the file
     std::size_t m_mapped = 0;  // its size: less than m_size where there was less room
+    std::size_t m_used = 0;    // of it: bytes that were stored there, and not written
     std::size_t m_ready = 0;   // of it: where the bytes end whose pages are there
     std::size_t m_readyAhead = 0;
 

@@ -21,9 +21,23 @@ namespace
 constexpr GLsizei kTextureSize = 256;
 
 bench::Context s_context;
-std::array<GLfloat, bench::kVertices * bench::kFloatsPerVertex> s_vertices{};
+using Vertices = std::array<GLfloat, bench::kVertices * bench::kFloatsPerVertex>;
+Vertices s_vertices{};
 
 constexpr std::size_t kTextureBytes = std::size_t{kTextureSize} * kTextureSize * 4;
+
+uint32_t NextRandom(uint32_t& state) { return state = state * 1664525u + 1013904223u; }
+
+// As different as those of the objects in a scene: together more than a compressor looks back.
+std::vector<Vertices> Meshes()
+{
+    std::vector<Vertices> meshes(128);
+    uint32_t random = 1;
+    for (Vertices& mesh : meshes)
+        for (GLfloat& value : mesh)
+            value = static_cast<GLfloat>(NextRandom(random) >> 8) / 8388608.0f - 1.0f;
+    return meshes;
+}
 
 // Neither plain nor noise, and takes a tracer that compresses some time.
 std::vector<GLubyte> Picture()
@@ -32,8 +46,7 @@ std::vector<GLubyte> Picture()
     uint32_t noise = 1;
     for (std::size_t i = 0; i < pixels.size(); ++i)
     {
-        noise = noise * 1664525u + 1013904223u;
-        bool const grain = noise >> 29 == 0;
+        bool const grain = NextRandom(noise) >> 29 == 0;
         pixels[i] = static_cast<GLubyte>((i / 4 % kTextureSize) / 4 + i % 4 * 32 + (grain ? noise >> 24 : 0));
     }
     return pixels;
@@ -104,6 +117,21 @@ void DrawFromClientArrays(benchmark::State& state)
 {
     bench::MakeProgram();
     bench::SetArrays(s_vertices.data());
+    std::vector<Vertices> const meshes = Meshes();
+    std::size_t next = 0;
+    for (auto _ : state)
+    {
+        s_vertices = meshes[next++ % meshes.size()];
+        glDrawArrays(GL_TRIANGLE_STRIP, 0, bench::kVertices);
+    }
+}
+
+// What compresses best and in no time: zeros, and the same in each draw.
+void PlainDrawFromClientArrays(benchmark::State& state)
+{
+    bench::MakeProgram();
+    s_vertices.fill(0);
+    bench::SetArrays(s_vertices.data());
     for (auto _ : state)
         glDrawArrays(GL_TRIANGLE_STRIP, 0, bench::kVertices);
 }
@@ -123,7 +151,6 @@ void UpdateTexture(benchmark::State& state, std::vector<GLubyte> const& pixels)
 
 void TextureUpdate(benchmark::State& state) { UpdateTexture(state, Picture()); }
 
-// What compresses best and in no time.
 void PlainTextureUpdate(benchmark::State& state)
 {
     UpdateTexture(state, std::vector<GLubyte>(kTextureBytes));
@@ -149,6 +176,7 @@ constexpr Call kCalls[] = {
     {"Bind", Bind, 100000},
     {"DrawFromBuffers", DrawFromBuffers, 50000},
     {"DrawFromClientArrays", DrawFromClientArrays, 20000},
+    {"PlainDrawFromClientArrays", PlainDrawFromClientArrays, 20000},
     {"TextureUpdate", TextureUpdate, 300},
     {"PlainTextureUpdate", PlainTextureUpdate, 300},
     {"Swap", Swap, 20000},

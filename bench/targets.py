@@ -6,8 +6,8 @@ import table_snapshot
 LOADED = ["loaded, not recording", "loaded, not recording, 1,000 objects"]
 TRACKING = ["tracking ahead of the range", "tracking ahead of the range, 1,000 objects"]
 # What recording mapped adds, of what apitrace adds.
-OF_APITRACE = {"ScalarCall": 0.5, "Bind": 0.5, "DrawFromClientArrays": 0.5, "TextureUpdate": 1.0,
-               "PlainTextureUpdate": 1.0}
+OF_APITRACE = {"ScalarCall": 0.5, "Bind": 0.5, "DrawFromClientArrays": 0.5,
+               "PlainDrawFromClientArrays": 0.5, "TextureUpdate": 1.0, "PlainTextureUpdate": 1.0}
 
 
 def at_most(what, value, limit, unit):

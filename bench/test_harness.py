@@ -8,8 +8,8 @@ import unittest
 
 BENCH = pathlib.Path(__file__).resolve().parent
 BUILD = os.environ["NEBTRACE_BUILD"]
-CALLS = ["ScalarCall", "UniformArray", "Bind", "DrawFromBuffers", "DrawFromClientArrays", "TextureUpdate",
-         "PlainTextureUpdate", "Swap"]
+CALLS = ["ScalarCall", "UniformArray", "Bind", "DrawFromBuffers", "DrawFromClientArrays", "PlainDrawFromClientArrays",
+         "TextureUpdate", "PlainTextureUpdate", "Swap"]
 MODES = ["native", "native, 1,000 objects", "loaded, not recording", "loaded, not recording, 1,000 objects",
          "recording, each write flushed", "recording, mapped", "recording, mapped, state cut down"]
 

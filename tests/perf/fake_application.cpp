@@ -2,6 +2,7 @@
 // and says on standard output what came of it. Between two lines it makes no call, as a stopped one.
 //
 //   connect             calls until a server knows its items and counters: "connected"
+//   knock               one call, in which it may take a ticket, and no more: "knocked"
 //   frame A B C         a block of these counters: "sent", or "lost" without a server
 //   frames N            N blocks, each counter one more in each: "sent N"
 //   change              calls until the server has changed an item
@@ -123,6 +124,11 @@ void Application::Do(std::string const& command, std::istringstream& arguments)
             sched_yield();
         }
         std::puts("connected");
+    }
+    else if (command == "knock")
+    {
+        Call();
+        std::puts("knocked");
     }
     else if (command == "frame")
     {

@@ -60,7 +60,7 @@ class Applications(PerfTest):
         silent = self.application()
         server = self.perf("--json")
         while rings_of(1)[0] not in shared_objects():
-            silent.ask("frame 0 0 0", "^lost$")
+            silent.ask("knock", "^knocked$")
         application = self.connected()
         self.frames(application, (1, 1, 1), (2, 2, 2))
         self.wait_for_frame(server, application, 1)
@@ -90,7 +90,7 @@ class Applications(PerfTest):
         server = self.perf("--json")
         silent = self.application()
         while rings_of(1)[0] not in shared_objects():
-            silent.ask("frame 0 0 0", "^lost$")
+            silent.ask("knock", "^knocked$")
         silent.kill()
         self.stop(server)
         self.assertEqual(shared_objects(), [])
@@ -175,7 +175,7 @@ class Applications(PerfTest):
         before = shared_objects()
         silent = self.application()
         while shared_objects() == before:
-            silent.ask("frame 0 0 0", "^lost$")
+            silent.ask("knock", "^knocked$")
         return silent
 
     # One that never spoke needs a file of the server as long as it has its rings, and not longer.

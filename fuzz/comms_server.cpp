@@ -1,10 +1,11 @@
 // What an application sends to the performance server, and what that shows of it. The first byte says how
-// small the pieces are that the stream comes in.
+// small the pieces are that the stream comes in, the next two how large the terminal is.
 #include "fuzz/input.h"
 #include "profiler/comms_blocks.h"
 #include "tools/commands.h"
 #include "tools/perf/items.h"
 #include "tools/perf/output.h"
+#include "tools/perf/view.h"
 
 using namespace perf;
 
@@ -98,17 +99,79 @@ private:
     FrameCounter m_frames;
     FrameRate m_rate;
 };
+// A link at whose other end stands the input.
+class Link : public CDataPathSharedMem
+{
+public:
+    explicit Link(std::string stream) : CDataPathSharedMem(nullptr), m_stream(std::move(stream)) {}
+
+    int DataOpenServerTryAccept() override { return 1; }
+    int DataSendBytes(char const* /*data*/, unsigned int /*length*/) override { return 1; }
+    int DataReceiveBytes(char* buffer, unsigned int length, unsigned int* pCount) override
+    {
+        *pCount = static_cast<unsigned int>(m_stream.copy(buffer, length, m_taken));
+        m_taken += *pCount;
+        return *pCount != 0 ? 2 : 1;
+    }
+
+private:
+    std::string m_stream;
+    size_t m_taken = 0;
+};
+
+// Draws the view whenever there is something new, and presses every key.
+class Screen : public Listener
+{
+public:
+    explicit Screen(Size size) : m_size(size) {}
+
+    void OnDescribed(Session& session) override
+    {
+        std::vector<Item> const items = session.Items();
+        for (uint32_t i = 0; i < items.size(); ++i)
+            session.Set({i, Toggled(items[i])});
+        Draw(session, session.Title());
+    }
+    void OnFrame(Session& session, Frame const& /*frame*/) override { Draw(session, "a frame"); }
+    void OnMark(Session& session, std::string const& text) override { Draw(session, text); }
+    void OnEnded(Session& session) override { Draw(session, session.Fault()); }
+
+    void Run(std::string const& stream)
+    {
+        m_sessions.emplace_back(std::make_unique<Link>(stream));
+        while (!m_sessions.front().IsOver() && m_sessions.front().Turn(*this))
+        {
+        }
+    }
+
+private:
+    void Draw(Session const& session, std::string const& message)
+    {
+        std::vector<std::string> const lines = Compose(m_sessions, &session, message, m_size);
+        fuzz::Require(lines.size() <= m_size.rows, "as many lines as there is room for");
+        for (std::string const& line : lines)
+            fuzz::Require(line.size() <= m_size.columns && line.find('\033') == std::string::npos,
+                          "a line has room, and does not play with the terminal");
+    }
+
+    Size m_size;
+    std::list<Session> m_sessions;
+};
 }  // namespace
 
 int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
 {
     fuzz::Input input(data, size);
     size_t const piece = input.Byte() % 32 + size_t{1};
+    Size terminal;
+    terminal.columns = input.Byte();
+    terminal.rows = input.Byte();
     std::string const stream = input.Rest();
     Outcome const whole = Understood(stream, stream.size() + 1);
     fuzz::Require(Understood(stream, piece) == whole, "pieces are understood as the whole is");
     Viewer viewer;
     for (Block const& block : whole.blocks)
         viewer.Take(block);
+    Screen(terminal).Run(stream);
     return 0;
 }

@@ -128,8 +128,8 @@ def server_block_seeds():
     counters = words(1000, 2) + text("Draws") + text("CPU")
     described = (greeting + block(80, text("NEBTrace")) + block(100, items) + block(132, counters))
     frame = block(136, words(2000, 5, 6)) + block(136, words(3000, 7, 6))
-    return [b"\x1f" + described + frame + block(184, words(1) + b"mark") + block(144, info=0),
-            b"\x00" + greeting + block(32, info=7) + block(36, info=3) + block(177, words(*range(11))) +
+    return [bytes((31, 120, 50)) + described + frame + block(184, words(1) + b"mark") + block(144, info=0),
+            bytes((0, 80, 24)) + greeting + block(32, info=7) + block(36, info=3) + block(177, words(*range(11))) +
             block(180, words(*range(8))) + block(188, words(1)) + block(192, words(1, 2, 3)) +
             block(200, words(*range(15)))]
 

@@ -5,7 +5,9 @@
 #include "perf/server.h"
 #include "perf/terminal.h"
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <memory>
 #include <poll.h>
 #include <unistd.h>
@@ -30,7 +32,7 @@ struct Options
     double timeout = 0;  // seconds; 0: none
 };
 
-// Thrown where standard output is closed: who read it has what they wanted.
+// Thrown where nobody reads standard output any more: who did has what they wanted.
 struct OutputClosed
 {
 };
@@ -50,9 +52,12 @@ public:
 private:
     bool IsOver() const;
     void CheckPatience();
+    std::vector<Change> ChangesFor(Session const& session, std::vector<std::string>& faults);
+    void Set(Session& session, Change const& change);
     void List(Session const& session);
     void Say(std::string const& what);
-    void Print(std::string const& text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+    void Print(std::string const& text);
+    static void CheckPrinted(bool printed);
     void Flush();
     void Draw();
     void FollowKeys();
@@ -69,6 +74,7 @@ private:
     Session* m_shown = nullptr;
     std::string m_message;
     uint64_t m_frames = 0;
+    bool m_settled = false;  // the first application has all that is to be set
     bool m_listed = false;
     bool m_quit = false;
     Clock::time_point m_lastDraw;
@@ -131,18 +137,44 @@ void Perf::CheckPatience()
     throw CommandFailed("no application" + came);
 }
 
-// All settings are looked at before the first one goes out: a name that is wrong changes nothing.
 void Perf::OnDescribed(Session& session)
 {
-    std::vector<Change> changes;
-    for (Setting const& setting : m_settings)
-        changes.push_back(Resolve(setting, session.Items()));
-    for (Change const& change : changes)
-        session.Set(change);
+    std::vector<std::string> faults;
+    std::vector<Change> const changes = ChangesFor(session, faults);
     if (m_options.list)
         List(session);
     Say(session.Title() + ": connected");
+    for (Change const& change : changes)
+        Set(session, change);
+    for (std::string const& fault : faults)
+        Say(session.Title() + ": " + fault);
     m_shown = &session;
+}
+
+// All settings are looked at before the first one goes out: one that is wrong for the first application is a
+// mistake of the user's, and changes nothing. Another application may lack an item, and has the rest of them.
+std::vector<Change> Perf::ChangesFor(Session const& session, std::vector<std::string>& faults)
+{
+    std::vector<Change> changes;
+    for (Setting const& setting : m_settings)
+        try
+        {
+            changes.push_back(Resolve(setting, session.Items()));
+        } catch (CommandFailed const& error)
+        {
+            if (!m_settled)
+                throw;
+            faults.emplace_back(error.what());
+        }
+    m_settled = true;
+    return changes;
+}
+
+void Perf::Set(Session& session, Change const& change)
+{
+    if (!session.Set(change))
+        Say(session.Title() + ": the value of " + ShortName(session.Items()[change.index]) +
+            " is too long to be changed");
 }
 
 void Perf::List(Session const& session)
@@ -205,8 +237,23 @@ void Perf::Flush()
         m_csv->Flush();
     if (m_terminal)
         Draw();
-    else if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+    else
+        CheckPrinted(std::fflush(stdout) == 0);
+}
+
+void Perf::Print(std::string const& text)
+{
+    CheckPrinted(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
+}
+
+// A signal that asks for the end breaks a write off as well.
+void Perf::CheckPrinted(bool printed)
+{
+    if (printed)
+        return;
+    if (errno == EPIPE || SignalWatch::EndAsked() != 0)
         throw OutputClosed{};
+    throw CommandFailed(std::string("standard output: ") + std::strerror(errno));
 }
 
 void Perf::Draw()
@@ -238,9 +285,9 @@ void Perf::FollowKey(char key)
     for (uint32_t i = 0; i < keys.size(); ++i)
     {
         if (key == '0' && keys[i] != ' ' && PutOff(items[i]) != items[i].value)
-            m_shown->Set({i, PutOff(items[i])});
+            Set(*m_shown, {i, PutOff(items[i])});
         if (key != ' ' && key == keys[i])
-            m_shown->Set({i, Toggled(items[i])});
+            Set(*m_shown, {i, Toggled(items[i])});
     }
     m_lastDraw = {};
 }

@@ -37,6 +37,11 @@ public:
     void shutdown() override;
     CDataPath* poll() override;
 
+    // The ticket that lies in the rendezvous, or that was taken there last and not yet looked for.
+    uint32_t Ticket() const { return m_ticket; }
+    // Before it is initialised: no ticket up to this one is given out, since there are rings of that number.
+    void PassOver(uint32_t ticket) { m_ticket = ticket; }
+
 private:
     bool TakeTaken(uint32_t& ticket);
 

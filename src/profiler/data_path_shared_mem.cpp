@@ -1,6 +1,7 @@
 #include "profiler/data_path_shared_mem.h"
 #include <cstdlib>
 #include <cstring>
+#include <sys/stat.h>
 
 namespace
 {
@@ -92,7 +93,7 @@ bool CDataPathSharedMem::EnterNextSendBuffer()
     if (!bufUnlockMutex(CurrentOf(*pSendRing).mutex))
         return false;
     pSendRing->index = Behind(pSendRing->index, 1);
-    if (!bufLockMutex(CurrentOf(*pSendRing).mutex, true))
+    if (!bufLockMutex(CurrentOf(*pSendRing).mutex, !Outlives()))
         return ConnectionError();
     SRingPositions const& positions = PositionsOf(CurrentOf(*pSendRing));
     if (Published(positions.read) != 0 || Published(positions.write) != 0)
@@ -127,20 +128,34 @@ int CDataPathSharedMem::DataSendBytes(char const* data, unsigned int length)
 // On purpose: nothing is held back, so that there is nothing to flush.
 int CDataPathSharedMem::DataSendFlush() { return 1; }
 
-// Waits until the sender has left the buffer, hands it the one before, and goes on to the one behind.
-bool CDataPathSharedMem::LeaveUsedUpBuffer()
+// Useless for a mutex that cannot be locked.
+EMutexTry CDataPathSharedMem::AwaitSender(CMutex& mutex) const
+{
+    if (Outlives())
+    {
+        // A sender that has destroyed it has left the buffer, too.
+        EMutexTry const tried = bufTryMutex(mutex);
+        return tried == eMutexUseless ? eMutexTaken : tried;
+    }
+    // On purpose: this waits, with nothing to read, for as long as the sender stays in the buffer.
+    return bufLockMutex(mutex, true) ? eMutexTaken : eMutexUseless;
+}
+
+// Waits until the sender has left the buffer, hands it the one before, and goes on to the one behind. Busy:
+// it may not wait.
+EMutexTry CDataPathSharedMem::LeaveUsedUpBuffer()
 {
     SSharedRing& ring = *pReceiveRing;
-    // On purpose: this waits, with nothing to read, for as long as the sender stays in the buffer.
-    if (!bufLockMutex(CurrentOf(ring).mutex, true))
-        return false;
+    EMutexTry const awaited = AwaitSender(CurrentOf(ring).mutex);
+    if (awaited != eMutexTaken)
+        return awaited;
     SSharedBuffer& previous = ring.buffers[Behind(ring.index, 2)];
     Publish(PositionsOf(previous).read, 0);
     Publish(PositionsOf(previous).write, 0);
-    if (!bufUnlockMutex(previous.mutex))
-        return false;
+    if (!bufUnlockMutex(previous.mutex) && !Outlives())
+        return eMutexUseless;
     ring.index = Behind(ring.index, 1);
-    return true;
+    return eMutexTaken;
 }
 
 // On purpose: with a null count a part of what was asked for is a success like the whole.
@@ -153,8 +168,12 @@ int CDataPathSharedMem::DataReceiveBytes(char* buffer, unsigned int length, unsi
         return 0;
     do
     {
-        if (Published(PositionsOf(CurrentOf(*pReceiveRing)).read) == kRingRoom && !LeaveUsedUpBuffer())
+        bool const usedUp = Published(PositionsOf(CurrentOf(*pReceiveRing)).read) == kRingRoom;
+        EMutexTry const left = usedUp ? LeaveUsedUpBuffer() : eMutexTaken;
+        if (left == eMutexUseless)
             return 0;
+        if (left == eMutexBusy)
+            break;
         SSharedBuffer const& source = CurrentOf(*pReceiveRing);
         SRingPositions& positions = PositionsOf(source);
         uint32_t const write = Published(positions.write);
@@ -174,16 +193,27 @@ int CDataPathSharedMem::DataReceiveBytes(char* buffer, unsigned int length, unsi
     return total != 0 ? 2 : 1;
 }
 
-// The mutexes asked for below are locked by no third party, and by the other end only behind what this end
-// has yet to do: an answer stays true until this end acts on it.
-bool CDataPathSharedMem::CanReceiveAtOnce()
+void CDataPathSharedMem::OutliveOther()
 {
-    SSharedBuffer& buffer = CurrentOf(*pReceiveRing);
-    if (!buffer.pData || Published(PositionsOf(buffer).read) != kRingRoom)
+    state = kOutlives;
+    ForEachBuffer(U, D, [this](SSharedBuffer& buffer, char const* /*part*/, unsigned int /*index*/) {
+        if (&buffer != &U.buffers[0])
+            bufCloseFile(buffer.mem);
+        bufCloseFile(buffer.mutex.mem);
         return true;
-    return bufLockMutex(buffer.mutex, false) && bufUnlockMutex(buffer.mutex);
+    });
 }
 
+bool CDataPathSharedMem::IsUnlinked() const
+{
+    struct stat status
+    {
+    };
+    return fstat(U.buffers[0].mem.fd, &status) == 0 && status.st_nlink == 0;
+}
+
+// The mutex asked for is locked by no third party, and by the other end only behind what this end has yet to
+// do: an answer stays true until this end acts on it.
 bool CDataPathSharedMem::CanSendAtOnce(unsigned int length)
 {
     SSharedBuffer const& buffer = CurrentOf(*pSendRing);

@@ -51,15 +51,23 @@ public:
     // failure what was opened stays open until the next attempt.
     bool bufOpenOrCreateAll(bool create);
 
-    // For an end that must outlive the other, which may have died with a mutex: whether one pass of a
-    // receive, or a send of at most a buffer's room, goes through without waiting for a mutex.
-    bool CanReceiveAtOnce();
+    // For an end that must outlive the other, which may have died with a mutex, or have closed its end in
+    // order: from here on a receive waits for no mutex, and finds nothing instead; a mutex that is destroyed
+    // holds it up no more, so that the last bytes arrive. Of the twelve files one stays open.
+    void OutliveOther();
+    // Whether a send of at most a buffer's room goes through without waiting for a mutex.
     bool CanSendAtOnce(unsigned int length);
+    // Whether the names of the rings are gone: who made them takes them away when it closes.
+    bool IsUnlinked() const;
     uint32_t Ticket() const { return id; }
 
 private:
+    static constexpr uint32_t kOutlives = 2;
+
     bool EnterNextSendBuffer();
-    bool LeaveUsedUpBuffer();
+    bool Outlives() const { return state == kOutlives; }
+    EMutexTry AwaitSender(CMutex& mutex) const;
+    EMutexTry LeaveUsedUpBuffer();
     bool SendHello();
     bool TakeTicket(SSharedBuffer& rendezvous);
     int LookForTicket();
@@ -73,6 +81,7 @@ private:
     SSharedRing D;            // server to client
     SSharedRing* pSendRing;
     SSharedRing* pReceiveRing;
-    uint32_t id = 0;     // the ticket
-    uint32_t state = 0;  // of a client. 0: looking for a ticket; 1: waiting for the server's answer
+    uint32_t id = 0;  // the ticket
+    // Of a client. 0: looking for a ticket; 1: waiting for the server's answer. Of a server 0 or kOutlives.
+    uint32_t state = 0;
 };

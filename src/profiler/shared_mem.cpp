@@ -1,5 +1,6 @@
 #include "profiler/shared_mem.h"
 #include "support/log.h"
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -84,14 +85,28 @@ bool bufLockMutex(CMutex& mutex, bool block)
     return (block ? pthread_mutex_lock(mutex.pMutex) : pthread_mutex_trylock(mutex.pMutex)) == 0;
 }
 
+EMutexTry bufTryMutex(CMutex& mutex)
+{
+    int const result = mutex.pMutex ? pthread_mutex_trylock(mutex.pMutex) : EINVAL;
+    if (result == 0)
+        return eMutexTaken;
+    return result == EBUSY ? eMutexBusy : eMutexUseless;
+}
+
 bool bufUnlockMutex(CMutex& mutex) { return mutex.pMutex && pthread_mutex_unlock(mutex.pMutex) == 0; }
+
+void bufCloseFile(CSharedMem& mem)
+{
+    if (mem.fd != -1)
+        close(mem.fd);
+    mem.fd = -1;
+}
 
 void bufDestMem(CSharedMem& mem, char* data)
 {
     if (data)
         munmap(data, mem.size);
-    if (mem.fd != -1)
-        close(mem.fd);
+    bufCloseFile(mem);
     if (mem.bCreator)
         shm_unlink(mem.pName);
     std::free(mem.pName);

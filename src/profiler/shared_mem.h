@@ -48,9 +48,19 @@ NEBTRACE_API bool bufOpenOrCreateMutex(CMutex& mutex, bool create, char const* n
 // With `block` clear it never waits. False for anything but a mutex taken.
 NEBTRACE_API bool bufLockMutex(CMutex& mutex, bool block);
 NEBTRACE_API bool bufUnlockMutex(CMutex& mutex);
+// Never waits. What is neither taken nor busy can't be had any more: its maker has destroyed it.
+enum EMutexTry
+{
+    eMutexTaken,
+    eMutexBusy,
+    eMutexUseless
+};
+EMutexTry bufTryMutex(CMutex& mutex);
 // Close the object, and unlink it if this side created it; the record is free for another one.
 NEBTRACE_API void bufDestMem(CSharedMem& mem, char* data);
 NEBTRACE_API void bufDestMutex(CMutex& mutex);
+// The mapping stays.
+void bufCloseFile(CSharedMem& mem);
 
 // The data object and then its mutex.
 bool OpenOrCreateBuffer(SSharedBuffer& buffer, bool create, char const* base, unsigned int number,

@@ -139,6 +139,21 @@ TEST(Payloads, ContradictionsAreFound)
     EXPECT_FALSE(ParseMark("abc"));
 }
 
+// As many blocks as have room in one piece are no more work each than one alone.
+TEST(BlockReader, ManyBlocksInOnePiece)
+{
+    std::string stream = kGreeting;
+    constexpr int kMany = 200000;
+    for (int i = 0; i < kMany; ++i)
+        stream += BlockOf(136, Word(static_cast<uint32_t>(i)));
+    BlockReader reader;
+    reader.Feed(stream.data(), stream.size());
+    uint32_t next = 0;
+    for (Block block; reader.Next(block);)
+        ASSERT_EQ(Word(next++), block.payload);
+    EXPECT_EQ(uint32_t{kMany}, next);
+}
+
 // Bytes of chance never lead out of anything.
 TEST(BlockReader, TakesAnything)
 {

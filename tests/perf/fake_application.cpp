@@ -2,15 +2,21 @@
 // and says on standard output what came of it. Between two lines it makes no call, as a stopped one.
 //
 //   connect             calls until a server knows its items and counters: "connected"
+//   knock               one call, in which it may take a ticket, and no more: "knocked"
 //   frame A B C         a block of these counters: "sent", or "lost" without a server
 //   frames N            N blocks, each counter one more in each: "sent N"
 //   change              calls until the server has changed an item
 //   mark TEXT           a mark
 //   fill                a mark that ends exactly where a buffer of the ring does
+//   nonsense            a block of counters that contradicts their description
+//   pid N               ahead of "connect": it says that it is process N
+//   items N             ahead of "connect": it has the first N items only
+//   long                ahead of "connect": the choices of its last item are 40000 bytes long
 //   end                 the end of the program, in order
 //
 // Whatever it does, an item that the server has changed is told: "change INDEX VALUE", with the bytes of the
 // value as \xNN where they are not printable.
+#include "profiler/comms_blocks.h"
 #include "profiler/data_path_shared_mem.h"
 #include "profiler/npl.h"
 #include <cstdio>
@@ -19,10 +25,13 @@
 #include <sched.h>
 #include <sstream>
 #include <string>
+#include <sys/syscall.h>
+#include <unistd.h>
 #include <vector>
 
 namespace
 {
+pid_t g_pid = 0;
 char g_switches[3] = {};
 char g_culling[] = "0\nApp defined\nNone\nBack\nFront";
 SLibraryItem const kItems[] = {
@@ -34,6 +43,7 @@ SLibraryItem const kItems[] = {
 SCommsCounter const kCounters[] = {{"Draws", 5}, {"CPU driver time (us)", 20}, {"Uploads (bytes)", 15}};
 constexpr unsigned kAsked = 5 + 4;  // of the server: HELLO, and the question for the tables
 constexpr unsigned kMarkHead = 8;
+constexpr unsigned kLong = 40000;
 
 std::string Escaped(char const* data, unsigned size)
 {
@@ -52,7 +62,7 @@ class Application
 public:
     Application()
     {
-        nplLibraryCreate(m_comms, kItems, 4);
+        MakeItems(kItems, 4);
         nplCountersCreate(m_comms, kCounters, 3);
     }
     ~Application() { nplShutdown(m_comms); }
@@ -65,6 +75,8 @@ private:
     bool Call();
     bool Frame(std::vector<unsigned> const& values);
     void Mark(std::string const& text);
+    void MakeItems(SLibraryItem const* items, unsigned count) { nplLibraryCreate(m_comms, items, count); }
+    void MakeLongItem();
 
     SSPSCommsData* m_comms = nplInitialise("Fake", 4);
 };
@@ -92,6 +104,15 @@ void Application::Mark(std::string const& text)
     nplSendMark(m_comms, text.data(), static_cast<unsigned>(text.size()));
 }
 
+void Application::MakeLongItem()
+{
+    std::string value = g_culling;
+    value.resize(kLong, '.');
+    SLibraryItem const items[] = {
+        kItems[0], kItems[1], kItems[2], {kItems[3].pszName, kItems[3].nameLength, 3, value.data(), kLong}};
+    MakeItems(items, 4);
+}
+
 void Application::Do(std::string const& command, std::istringstream& arguments)
 {
     if (command == "connect")
@@ -103,6 +124,11 @@ void Application::Do(std::string const& command, std::istringstream& arguments)
             sched_yield();
         }
         std::puts("connected");
+    }
+    else if (command == "knock")
+    {
+        Call();
+        std::puts("knocked");
     }
     else if (command == "frame")
     {
@@ -130,8 +156,23 @@ void Application::Do(std::string const& command, std::istringstream& arguments)
         Mark(std::string(room - kMarkHead, '.'));
         std::puts(m_comms->pDataPath->BytesSent() % kRingRoom == 0 ? "filled" : "missed");
     }
+    else if (command == "nonsense")
+        DataPathSend2uint(*m_comms->pDataPath, eRcCounters, 0, 0);
+    else if (command == "pid")
+        arguments >> g_pid;
+    else if (command == "items")
+    {
+        unsigned count = 0;
+        arguments >> count;
+        MakeItems(kItems, count);
+    }
+    else if (command == "long")
+        MakeLongItem();
 }
 }  // namespace
+
+// Stands in front of libc's.
+extern "C" pid_t getpid() noexcept { return g_pid != 0 ? g_pid : static_cast<pid_t>(syscall(SYS_getpid)); }
 
 int main()
 {

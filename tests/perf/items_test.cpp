@@ -97,6 +97,19 @@ TEST(Items, NamesAreMadePrintable)
 {
     EXPECT_EQ("a?[2Jb?", ShortName({"a\x1b[2Jb\n", 4, "x"}));
     EXPECT_EQ("?A", ValueText({"List", 3, "0\n\rA"}));
+    EXPECT_EQ("a?b?c", Printable("a\xC2\x9B"
+                                 "b\xC2\x80"
+                                 "c"))
+        << "control characters of UTF-8";
+    EXPECT_EQ("a?b?c?", Printable("a\x9B"
+                                  "b\xE9"
+                                  "c\xC3"))
+        << "no UTF-8";
+    EXPECT_EQ("???", Printable("\xC0\x9B\x7F")) << "an overlong form";
+    EXPECT_EQ("??????", Printable("\xED\xA0\x80\xF4\x90\x80")) << "a surrogate, and past the last one";
+    EXPECT_EQ("\xC2\xA0\xC3\x9B\xE9\x9B\x9B\xF0\x9F\x98\x80",
+              Printable("\xC2\xA0\xC3\x9B\xE9\x9B\x9B\xF0\x9F\x98\x80"))
+        << "letters that have such bytes";
 }
 
 // Each of the recorder's thirteen switches has a key of its own, the culling mode has one, and none is taken

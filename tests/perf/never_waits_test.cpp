@@ -1,5 +1,6 @@
-// An end of the link can ask whether it would have to wait for the other.
+// An end of the link that must outlive the other waits for it nowhere, and reads what it left.
 #include "tests/profiler/link.h"
+#include <filesystem>
 
 namespace
 {
@@ -15,16 +16,58 @@ constexpr unsigned kHello = 5;
 constexpr unsigned kRoom = 32760;
 }  // namespace
 
-// A reader at the end of a buffer that the writer has not left would wait for it.
+// A reader at the end of a buffer that the writer has not left finds nothing, and what comes then.
 TEST_F(NeverWaits, AReceive)
 {
-    EXPECT_TRUE(Server().CanReceiveAtOnce()) << "nothing is there, and nothing is used up";
+    Server().OutliveOther();
+    EXPECT_EQ(std::make_pair(1, Bytes()), Receive(*server, kRoom)) << "nothing is used up";
     ASSERT_EQ(1, Send(*client, Bytes(kRoom - kHello)));
     ASSERT_EQ(kRoom - kHello, Receive(*server, kRoom).second.size());
-    EXPECT_FALSE(Server().CanReceiveAtOnce());
+    EXPECT_EQ(std::make_pair(1, Bytes()), Receive(*server, kRoom));
     ASSERT_EQ(1, Send(*client, Bytes{1}));
-    EXPECT_TRUE(Server().CanReceiveAtOnce());
     EXPECT_EQ(std::make_pair(2, Bytes{1}), Receive(*server, kRoom));
+}
+
+// A writer that closes in order destroys the mutexes that the reader would take next: all that it wrote
+// arrives all the same, wherever the reader stands.
+TEST_F(NeverWaits, TheLastBytesOfOneThatClosed)
+{
+    Server().OutliveOther();
+    ASSERT_EQ(1, Send(*client, Bytes(kRoom - kHello)));
+    ASSERT_EQ(kRoom - kHello, Receive(*server, kRoom).second.size());
+    ASSERT_EQ(1, Send(*client, Pattern(kRoom)));
+    EXPECT_FALSE(Server().IsUnlinked());
+    client.reset();
+    EXPECT_TRUE(Server().IsUnlinked());
+    EXPECT_EQ(std::make_pair(2, Pattern(kRoom)), Receive(*server, kRoom));
+    EXPECT_EQ(std::make_pair(1, Bytes()), Receive(*server, kRoom));
+    EXPECT_EQ(std::make_pair(1, Bytes()), Receive(*server, kRoom));
+}
+
+// Of a connection it needs one file: what is mapped stays so.
+TEST_F(NeverWaits, OneFileStaysOpen)
+{
+    auto const files = [] {
+        std::filesystem::directory_iterator const all("/proc/self/fd");
+        return std::distance(begin(all), end(all));
+    };
+    auto const before = files();
+    Server().OutliveOther();
+    EXPECT_EQ(before - 11, files());
+    EXPECT_EQ(1, Send(*client, Bytes{1}));
+    EXPECT_EQ(std::make_pair(2, Bytes{1}), Receive(*server, kRoom));
+}
+
+// Who stands where the other end can move its positions is not led into a wait by them.
+TEST_F(NeverWaits, PositionsThatTheOtherMoves)
+{
+    Server().OutliveOther();
+    sharedmemory::Write(OfFirst("D0d"), 4, {0xF8, 0x7F, 0, 0});  // write: the buffer is full
+    sharedmemory::Write(OfFirst("U0d"), 0, {0xF8, 0x7F, 0, 0});  // read: it is used up
+    EXPECT_EQ(std::make_pair(1, Bytes()), Receive(*server, 1));
+    EXPECT_EQ(1, Send(*server, Bytes{1})) << "the next one is free";
+    sharedmemory::Write(OfFirst("D1d"), 4, {0xF8, 0x7F, 0, 0});
+    EXPECT_EQ(0, Send(*server, Bytes{1})) << "the client holds the third";
 }
 
 // A writer has the room of its buffer and of the next, until the reader has come that far.
@@ -47,7 +90,9 @@ TEST_F(NeverWaits, ASend)
 TEST(NeverWaitsUnconnected, FailsAtOnce)
 {
     CDataPathSharedMem path(nullptr);
-    EXPECT_TRUE(path.CanReceiveAtOnce());
+    path.OutliveOther();
+    EXPECT_FALSE(path.IsUnlinked());
+    EXPECT_EQ(std::make_pair(0, Bytes()), Receive(path, 1));
     EXPECT_TRUE(path.CanSendAtOnce(1));
     EXPECT_EQ(0, path.DataSendBytes("x", 1));
 }

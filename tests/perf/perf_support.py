@@ -77,6 +77,19 @@ class Program:
         out, err = self.process.communicate(timeout=LONGEST)
         return self.process.returncode, out, err
 
+    def kill(self):
+        """Returns when it is dead; it is not waited for otherwise, and stays a zombie."""
+        self.signal(signal.SIGKILL)
+        os.waitid(os.P_PID, self.pid, os.WEXITED | os.WNOWAIT)
+
+    def halt(self):
+        """Returns when it stands still."""
+        self.signal(signal.SIGSTOP)
+        os.waitid(os.P_PID, self.pid, os.WSTOPPED | os.WNOWAIT)
+
+    def open_files(self):
+        return len(os.listdir(f"/proc/{self.pid}/fd"))
+
     def clean(self):
         if self.process.returncode is None:
             self.process.kill()

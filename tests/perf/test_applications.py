@@ -6,7 +6,7 @@ import sys
 import unittest
 
 sys.path.insert(0, os.path.dirname(__file__))
-from perf_support import OF_SERVER, PerfTest, enter_namespace, rings_of, shared_objects  # noqa: E402
+from perf_support import OF_SERVER, SHARED_MEMORY, PerfTest, enter_namespace, rings_of, shared_objects  # noqa: E402
 
 
 class Applications(PerfTest):
@@ -60,7 +60,7 @@ class Applications(PerfTest):
         silent = self.application()
         server = self.perf("--json")
         while rings_of(1)[0] not in shared_objects():
-            silent.ask("frame 0 0 0", "^lost$")
+            silent.ask("knock", "^knocked$")
         application = self.connected()
         self.frames(application, (1, 1, 1), (2, 2, 2))
         self.wait_for_frame(server, application, 1)
@@ -90,8 +90,8 @@ class Applications(PerfTest):
         server = self.perf("--json")
         silent = self.application()
         while rings_of(1)[0] not in shared_objects():
-            silent.ask("frame 0 0 0", "^lost$")
-        silent.signal(signal.SIGKILL)
+            silent.ask("knock", "^knocked$")
+        silent.kill()
         self.stop(server)
         self.assertEqual(shared_objects(), [])
 
@@ -115,6 +115,118 @@ class Applications(PerfTest):
         self.frames(other, (5, 5, 5))
         self.wait_for_frame(server, other, 2)
         self.end(other)
+        self.assertEqual(self.stop(server)[0], 0)
+        self.assertEqual(shared_objects(), [])
+
+    # One that ends in order while the server stands at the end of a buffer takes its mutexes with it, and its last
+    # frames and its farewell arrive all the same.
+    def test_one_that_ends_behind_the_end_of_a_buffer(self):
+        server = self.perf("--json")
+        application = self.connected()
+        self.frames(application, (1, 1, 1))
+        application.ask("fill", "^filled$")
+        server.wait_for_error("mark: ")
+        server.halt()
+        self.frames(application, (2, 2, 2), (4, 4, 4))
+        self.end(application)
+        server.signal(signal.SIGCONT)
+        self.wait_for_frame(server, application, 2)
+        self.assertEqual(server.wait_for_error("ended|gone"),
+                         f"nebtrace: {application.pid} fake_applicatio: ended after 2 frames")
+        self.stop(server)
+
+    # What makes no sense ends a connection, and the application is told so: it comes again.
+    def test_nonsense_is_answered_with_a_farewell(self):
+        server = self.perf("--json")
+        application = self.connected()
+        self.frames(application, (1, 1, 1), (2, 2, 2))
+        self.wait_for_frame(server, application, 1)
+        application.tell("nonsense")
+        self.assertEqual(server.wait_for_error("dropped"), f"nebtrace: {application.pid} fake_applicatio: dropped after "
+                                                           "1 frames: a block contradicts itself")
+        application.ask("frame 1 1 1", "^lost$")
+        application.ask("connect", "^connected$")
+        self.frames(application, (1, 1, 1), (2, 2, 2))
+        self.wait_for_frame(server, application, 1)
+        self.end(application)
+        self.stop(server)
+        self.assertEqual(shared_objects(), [])
+
+    # An application in another container has a number that is another process's here. It is not lost when that one ends.
+    def test_one_that_is_taken_for_another(self):
+        server = self.perf("--json")
+        other, application = self.application(), self.application()
+        application.tell(f"pid {other.pid}")
+        application.ask("connect", "^connected$")
+        self.frames(application, (1, 1, 1), (2, 2, 2))
+        self.wait_for_frame(server, other, 1)
+        other.kill()
+        self.died(server, other, 1)
+        application.ask("frame 1 1 1", "^lost$")
+        application.ask("connect", "^connected$")
+        self.frames(application, (1, 1, 1), (2, 2, 2))
+        self.wait_for_frame(server, other, 1)
+        self.end(application)
+        self.stop(server)
+        self.assertEqual(shared_objects(), [])
+
+    def silent(self):
+        """An application that has taken a ticket and goes no further."""
+        before = shared_objects()
+        silent = self.application()
+        while shared_objects() == before:
+            silent.ask("knock", "^knocked$")
+        return silent
+
+    # One that never spoke needs a file of the server as long as it has its rings, and not longer.
+    def test_a_silent_one_that_ends(self):
+        server = self.perf("--json")
+        self.end(self.connected())
+        server.wait_for_error("ended")
+        before = server.open_files()
+        silent = [self.silent() for _ in range(3)]
+        while server.open_files() != before + 3:
+            os.sched_yield()
+        for application in silent:
+            self.end(application)
+        while server.open_files() != before:
+            os.sched_yield()
+        self.stop(server)
+
+    # One that died before the server could tell who it is would be waited for without an end.
+    def test_a_silent_one_that_nobody_knows(self):
+        server = self.perf("--json")
+        self.end(self.connected())
+        server.wait_for_error("ended")
+        before = server.open_files()
+        server.halt()
+        silent = self.silent()
+        silent.kill()
+        server.signal(signal.SIGCONT)
+        while shared_objects() != OF_SERVER or server.open_files() != before:
+            os.sched_yield()
+        self.stop(server)
+        self.assertEqual(shared_objects(), [])
+
+    # Rings that are cut short under the server cost it one application, and a rendezvous is made anew.
+    def test_objects_that_are_cut_short(self):
+        server = self.perf("--json")
+        other, application = self.connected(), self.connected()
+        self.frames(application, (1, 1, 1), (2, 2, 2))
+        self.wait_for_frame(server, application, 1)
+        for name in rings_of(2):
+            os.truncate(os.path.join(SHARED_MEMORY, name), 0)
+        self.assertEqual(
+            server.wait_for_error("dropped"),
+            f"nebtrace: {application.pid} fake_applicatio: dropped after 1 frames: the rings are damaged")
+        application.kill()
+        for name in OF_SERVER[1:]:
+            os.truncate(os.path.join(SHARED_MEMORY, name), 0)
+        later = self.connected()
+        for living in (other, later):
+            self.frames(living, (1, 1, 1), (2, 2, 2))
+            self.wait_for_frame(server, living, 1)
+            self.end(living)
         self.assertEqual(self.stop(server)[0], 0)
         self.assertEqual(shared_objects(), [])
 

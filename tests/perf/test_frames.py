@@ -70,6 +70,19 @@ class Frames(PerfTest):
         self.assertEqual((code, err), (1, "nebtrace: cannot write no/folder.csv: No such file or directory\n"))
         self.assertEqual(shared_objects(), [])
 
+    # A full disk ends the server, whatever is written there, and says so.
+    def test_a_full_disk(self):
+        for option, full, error in (("--json", True, "standard output"), ("--list", True, "standard output"),
+                                    ("--csv=/dev/full", False, "cannot write /dev/full")):
+            with self.subTest(option=option), open("/dev/full", "w", encoding="utf-8") as disk:
+                server = self.perf(option, **({"stdout": disk} if full else {}))
+                application = self.connected()
+                application.tell("frames 3")
+                code, _, err = server.finish()
+                self.assertEqual((code, err.splitlines()[-1]), (1, f"nebtrace: {error}: No space left on device"))
+                self.end(application)
+                self.assertEqual(shared_objects(), [])
+
     # --set takes names with and without their beginning, in any case, and reaches the application.
     def test_settings_reach_the_application(self):
         server = self.perf("--json", "--set", "NEBTrace.Disable blending=1", "--set", "force ZERO viewport=on", "--set",
@@ -101,6 +114,35 @@ class Frames(PerfTest):
         for setting in ("Disable blending", "=1", "Disable blending="):
             code, _, err = self.perf("--set", setting).finish()
             self.assertEqual((code, err), (2, f"nebtrace: --set: a setting is NAME=VALUE: {setting}\n"))
+
+    # Only the first application tells that a setting is a mistake. One that comes later and lacks an item has the others.
+    def test_a_setting_that_a_later_application_lacks(self):
+        server = self.perf("--json", "--set", "Culling mode=Back", "--set", "Disable blending=1")
+        first = self.connected()
+        later = self.application()
+        later.tell("items 3")
+        later.ask("connect", "^connected$")
+        self.assertEqual(
+            server.wait_for_error("--set"), f"nebtrace: {later.pid} fake_applicatio: --set Culling mode: the application's "
+                                            "items are Force zero viewport, Disable blending, Disable draw calls")
+        self.assertEqual(later.ask("change", "^change"), r"change 1 \x01")
+        self.frames(first, (1, 1, 1), (2, 2, 2))
+        server.wait_for(f'"pid":{first.pid},.*"frame":1,')
+        self.assertEqual(self.stop(server)[0], 0)
+        self.end(first)
+        self.end(later)
+
+    # A value that has no room in a buffer of the link cannot be changed, and holds up no other change.
+    def test_a_value_that_is_too_long(self):
+        server = self.perf("--json", "--set", "Culling mode=Back", "--set", "Disable blending=1")
+        application = self.application()
+        application.tell("long")
+        application.ask("connect", "^connected$")
+        self.assertEqual(server.wait_for_error("too long"), f"nebtrace: {application.pid} fake_applicatio: the value of "
+                                                            "Culling mode is too long to be changed")
+        self.assertEqual(application.ask("change", "^change"), r"change 1 \x01")
+        self.stop(server)
+        self.end(application)
 
     # --list shows the items of the first application, and what they may be.
     def test_list(self):

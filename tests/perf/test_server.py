@@ -6,7 +6,7 @@ import sys
 import unittest
 
 sys.path.insert(0, os.path.dirname(__file__))
-from perf_support import OF_SERVER, PerfTest, enter_namespace, rings_of, shared_objects  # noqa: E402
+from perf_support import OF_SERVER, SHARED_MEMORY, PerfTest, enter_namespace, rings_of, shared_objects  # noqa: E402
 
 ENDING = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT)
 
@@ -82,6 +82,24 @@ class ServerTest(PerfTest):
         self.assertEqual(shared_objects(), sorted(OF_SERVER + rings_of(2) + rings_of(3)))
         self.end(waiting)
         self.end(later)
+        self.stop(server)
+        self.assertEqual(shared_objects(), [])
+
+    # However high the number is that is in use.
+    def test_a_high_ticket_is_passed_over(self):
+        server = self.perf("--json")
+        living = self.connected()
+        server.signal(signal.SIGKILL)
+        server.finish()
+        for old, new in zip(rings_of(1), rings_of(20000)):
+            os.rename(os.path.join(SHARED_MEMORY, old), os.path.join(SHARED_MEMORY, new))
+        for name in OF_SERVER[1:]:
+            os.unlink(os.path.join(SHARED_MEMORY, name))
+        server = self.perf("--json")
+        later = self.connected()
+        self.assertEqual(shared_objects(), sorted(OF_SERVER + rings_of(20001)))
+        self.end(later)
+        self.end(living)
         self.stop(server)
         self.assertEqual(shared_objects(), [])
 

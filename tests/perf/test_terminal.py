@@ -123,6 +123,19 @@ class TerminalTest(PerfTest):
         self.assertEqual(screen.finish()[0], 0)
         self.end(application)
 
+    # Arrows, function keys and the like are no keys of the server's, though there are letters and digits in them.
+    def test_keys_of_several_characters(self):
+        screen = self.screen()
+        application = self.connected()
+        screen.wait_for("Culling mode")
+        screen.press("\x1b[1;2m\x1bOm\x1b[15~\x1bq3")
+        self.assertEqual(application.ask("change", "^change"), r"change 2 \x01")
+        self.frames(application, (1, 1, 1))
+        screen.press("q")
+        self.assertEqual(screen.finish()[0], 0)
+        application.tell("end")
+        self.assertEqual(application.finish()[:2], (0, ""), "no other change reached it")
+
     # Tab goes from application to application, and keys are for the one that is shown.
     def test_tab_goes_round_the_applications(self):
         screen = self.screen()

@@ -1,5 +1,6 @@
 // What the server shows on a terminal.
 #include "profiler/npl.h"
+#include "tests/perf/nobody.h"
 #include "tests/profiler/link.h"
 #include "tools/perf/view.h"
 
@@ -7,15 +8,6 @@ using namespace perf;
 
 namespace
 {
-class Nobody : public Listener
-{
-public:
-    void OnDescribed(perf::Session&) override {}
-    void OnFrame(perf::Session&, Frame const&) override {}
-    void OnMark(perf::Session&, std::string const&) override {}
-    void OnEnded(perf::Session&) override {}
-};
-
 // An application with as many items and counters as the recorder has, on the same thread.
 class View : public InSharedMemory
 {

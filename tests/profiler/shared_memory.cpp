@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+#include <utility>
 
 namespace
 {
@@ -18,6 +19,9 @@ namespace
 // Made ahead of all tests, so that it is the same in their children; and of the same length in each run,
 // since a name has 255 bytes at most.
 std::string const g_prefix = "nebtest." + std::to_string(10000000 + getpid()) + ".";
+
+std::string g_awaited;
+std::function<void()> g_action;
 
 std::string Prefixed(char const* name) { return "/" + g_prefix + (*name == '/' ? name + 1 : name); }
 
@@ -69,6 +73,8 @@ struct stat StatusOf(std::string const& name)
 extern "C" int shm_open(char const* name, int flags, mode_t mode)
 {
     static auto const real = Real<int (*)(char const*, int, mode_t)>("shm_open");
+    if (g_action && g_awaited == name)
+        std::exchange(g_action, nullptr)();
     return real(Prefixed(name).c_str(), flags, mode);
 }
 
@@ -115,6 +121,12 @@ bool IsLocked(std::string const& name)
         return true;
     pthread_mutex_unlock(mutex);
     return false;
+}
+
+void BeforeOpening(std::string const& name, std::function<void()> action)
+{
+    g_awaited = name;
+    g_action = std::move(action);
 }
 
 void Clear()

@@ -3,6 +3,7 @@
 #pragma once
 #include "profiler/data_path.h"
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <sys/types.h>
 #include <vector>
@@ -21,6 +22,8 @@ std::vector<uint8_t> ContentOf(std::string const& name, size_t size);
 void Write(std::string const& name, size_t offset, std::vector<uint8_t> const& bytes);
 // Whether somebody holds the mutex in the object.
 bool IsLocked(std::string const& name);
+// Runs once, before the object of that name is opened or made next.
+void BeforeOpening(std::string const& name, std::function<void()> action);
 // Removes all of this run.
 void Clear();
 

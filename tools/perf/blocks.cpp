@@ -10,7 +10,7 @@ namespace
 {
 constexpr size_t kWord = 4;
 
-uint32_t WordAt(std::string const& bytes, size_t offset)
+uint32_t WordOf(std::string const& bytes, size_t offset)
 {
     uint32_t word = 0;
     std::memcpy(&word, bytes.data() + offset, kWord);
@@ -42,7 +42,7 @@ public:
         if (!Has(kWord))
             return 0;
         m_position += kWord;
-        return WordAt(m_payload, m_position - kWord);
+        return WordOf(m_payload, m_position - kWord);
     }
     std::string Bytes(size_t count)
     {
@@ -78,27 +78,33 @@ void BlockReader::Feed(char const* bytes, size_t size)
 {
     size_t const skipped = std::min(m_skip, size);
     m_skip -= skipped;
+    // The rest of what came before is less than a block: this moves each byte once, or few times.
+    m_bytes.erase(0, m_taken);
+    m_taken = 0;
     m_bytes.append(bytes + skipped, size - skipped);
 }
 
+uint32_t BlockReader::WordAt(size_t offset) const { return WordOf(m_bytes, m_taken + offset); }
+
 void BlockReader::Drop(size_t count)
 {
-    m_skip = count - std::min(count, m_bytes.size());
-    m_bytes.erase(0, count);
+    size_t const there = std::min(count, Left());
+    m_skip = count - there;
+    m_taken += there;
 }
 
 bool BlockReader::TakeGreeting()
 {
     if (m_process)
         return true;
-    if (m_bytes.size() < 2 * kWord)
+    if (Left() < 2 * kWord)
         return false;
-    if (WordAt(m_bytes, 0) != kCommsGreeting)
+    if (WordAt(0) != kCommsGreeting)
     {
         m_fault = "it does not begin with the greeting";
         return false;
     }
-    m_process = WordAt(m_bytes, kWord);
+    m_process = WordAt(kWord);
     Drop(2 * kWord);
     return true;
 }
@@ -107,17 +113,17 @@ bool BlockReader::Next(Block& block)
 {
     if (!m_fault.empty() || !TakeGreeting())
         return false;
-    while (m_bytes.size() >= kWord)
+    while (Left() >= kWord)
     {
-        uint32_t const description = WordAt(m_bytes, 0);
+        uint32_t const description = WordAt(0);
         block.identifier = DataPathBlockDescriptionUnpackID(description);
         size_t const size =
             IsWithoutPayload(block.identifier) ? 0 : DataPathBlockDescriptionUnpackInfo(description);
         bool const ofUse = IsOfUse(block.identifier);
-        if (ofUse && m_bytes.size() < kWord + size)
+        if (ofUse && Left() < kWord + size)
             return false;
         if (ofUse)
-            block.payload = m_bytes.substr(kWord, size);
+            block.payload = m_bytes.substr(m_taken + kWord, size);
         Drop(kWord + size);
         if (ofUse)
             return true;

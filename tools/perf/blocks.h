@@ -45,10 +45,13 @@ public:
 
 private:
     bool TakeGreeting();
+    size_t Left() const { return m_bytes.size() - m_taken; }
+    uint32_t WordAt(size_t offset) const;
     void Drop(size_t count);
 
     std::string m_bytes;
-    size_t m_skip = 0;  // of a block without use, still to come
+    size_t m_taken = 0;  // of those, the first so many are done with
+    size_t m_skip = 0;   // of a block without use, still to come
     std::optional<uint32_t> m_process;
     std::string m_fault;
 };

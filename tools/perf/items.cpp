@@ -72,6 +72,44 @@ std::string ValueOfList(Setting const& setting, Item const& item)
                      return std::to_string(number++) + " (" + choice + ")";
                  }));
 }
+unsigned char ByteAt(std::string const& text, size_t at)
+{
+    return at < text.size() ? static_cast<unsigned char>(text[at]) : 0;
+}
+
+bool IsBetween(unsigned char byte, unsigned char first, unsigned char last)
+{
+    return first <= byte && byte <= last;
+}
+
+// What terminals of eight bits take for ESC and a letter: U+0080 to U+009F.
+bool IsLaterControl(std::string const& text, size_t at)
+{
+    return ByteAt(text, at) == 0xC2 && IsBetween(ByteAt(text, at + 1), 0x80, 0x9F);
+}
+
+// What the second byte may be, by the first one: UTF-8 has one form for each character, and no surrogates.
+bool IsSecond(unsigned char first, unsigned char second)
+{
+    unsigned char const from = first == 0xC2 || first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
+    unsigned char const to = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
+    return IsBetween(second, from, to);
+}
+
+// Of a character that can be shown; 0 for another one and for what is none.
+size_t LengthAt(std::string const& text, size_t at)
+{
+    unsigned char const first = ByteAt(text, at);
+    if (first < 0x80)
+        return IsBetween(first, 0x20, 0x7E) ? 1 : 0;
+    if (!IsBetween(first, 0xC2, 0xF4) || !IsSecond(first, ByteAt(text, at + 1)))
+        return 0;
+    size_t const length = first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+    for (size_t i = 2; i < length; ++i)
+        if (!IsBetween(ByteAt(text, at + i), 0x80, 0xBF))
+            return 0;
+    return length;
+}
 }  // namespace
 
 bool IsSwitch(Item const& item) { return item.type == kSwitch && item.value.size() == 1; }
@@ -156,9 +194,14 @@ Change Resolve(Setting const& setting, std::vector<Item> const& items)
 
 std::string Printable(std::string const& text)
 {
-    std::string printable = text;
-    std::replace_if(
-        printable.begin(), printable.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }, '?');
+    std::string printable;
+    for (size_t at = 0; at < text.size();)
+    {
+        size_t const length = LengthAt(text, at);
+        printable += length == 0 ? "?" : text.substr(at, length);
+        // A control character of two bytes is one question mark.
+        at += std::max<size_t>(length, IsLaterControl(text, at) ? 2 : 1);
+    }
     return printable;
 }
 }  // namespace perf

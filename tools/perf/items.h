@@ -41,6 +41,7 @@ std::optional<Setting> ParseSetting(std::string const& text);
 // not have.
 Change Resolve(Setting const& setting, std::vector<Item> const& items);
 
-// What an application names, without anything that would move the cursor or colour the screen.
+// What an application names, without anything that would move the cursor or colour the screen: what is no
+// UTF-8, or a control character in it, is a question mark.
 std::string Printable(std::string const& text);
 }  // namespace perf

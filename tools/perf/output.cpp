@@ -94,14 +94,16 @@ void CsvFile::Write(Source const& source, Frame const& frame)
         text = CsvHeader(source.counterNames);
     m_header = source.counterNames;
     text += CsvLine(source, frame);
-    std::fwrite(text.data(), 1, text.size(), m_file);
+    Check(std::fwrite(text.data(), 1, text.size(), m_file) == text.size());
 }
 
-void CsvFile::Flush()
+void CsvFile::Check(bool written) const
 {
-    if (std::fflush(m_file) != 0 || std::ferror(m_file) != 0)
-        throw CommandFailed("cannot write " + m_path);
+    if (!written)
+        throw CommandFailed("cannot write " + m_path + ": " + std::strerror(errno));
 }
+
+void CsvFile::Flush() { Check(std::fflush(m_file) == 0); }
 
 bool PlainLines::IsDue(uint32_t process)
 {

@@ -31,12 +31,14 @@ public:
     CsvFile(CsvFile const&) = delete;
     CsvFile& operator=(CsvFile const&) = delete;
 
+    // Throw CommandFailed when something could not be written.
     // A new header goes ahead of a frame whose counters have other names than those before it.
     void Write(Source const& source, Frame const& frame);
-    // Throws CommandFailed when something could not be written.
     void Flush();
 
 private:
+    void Check(bool written) const;
+
     std::string m_path;
     std::FILE* m_file;
     std::vector<std::string> m_header;

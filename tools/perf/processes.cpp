@@ -6,8 +6,6 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <map>
-#include <set>
 #include <sstream>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -140,15 +138,21 @@ bool Process::IsGone() const
     return !IsRunning(status) || status.start != m_start;
 }
 
-Process FindProcessWithRings(uint32_t ticket)
+std::map<uint32_t, Process> FindProcessesWithRings(std::set<uint32_t> const& tickets)
 {
     Rings rings;
-    AddRing(rings, kSharedMemory + std::string(SSharedName(kPerfServerName, ticket, "U", 0, "d").text),
-            ticket);
+    for (uint32_t const ticket : tickets)
+        AddRing(rings, kSharedMemory + std::string(SSharedName(kPerfServerName, ticket, "U", 0, "d").text),
+                ticket);
+    std::map<uint32_t, Process> found;
     for (uint32_t const id : OtherProcesses())
-        if (!TicketsOf(id, rings).empty())
-            return Process(id);
-    return {};
+    {
+        if (found.size() == rings.size())
+            break;
+        for (uint32_t const ticket : TicketsOf(id, rings))
+            found.emplace(ticket, id);
+    }
+    return found;
 }
 
 void UnlinkRings(uint32_t ticket)

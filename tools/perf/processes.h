@@ -1,6 +1,7 @@
 // The other processes on this machine, as the performance server needs to know them.
 #pragma once
 #include <cstdint>
+#include <map>
 #include <set>
 #include <string>
 
@@ -28,8 +29,8 @@ private:
     std::string m_name;
 };
 
-// The process that shares the rings of a ticket with this one; an unknown one if none is found.
-Process FindProcessWithRings(uint32_t ticket);
+// The processes that share the rings of these tickets with this one, as far as they are found.
+std::map<uint32_t, Process> FindProcessesWithRings(std::set<uint32_t> const& tickets);
 
 // Removes the names of the rings of a ticket from shared memory. Only where one end is gone for good: nobody
 // else can come to them any more.

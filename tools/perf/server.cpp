@@ -1,5 +1,6 @@
 #include "tools/perf/server.h"
 #include "tools/commands.h"
+#include "tools/perf/ring_guard.h"
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -17,50 +18,18 @@ namespace perf
 namespace
 {
 constexpr char kLockName[] = "/NEBPerfServerVsAppLib.server";
-// An application holds the rendezvous for as long as it takes to make a few objects.
-constexpr std::chrono::milliseconds kLongestHold{1000};
-constexpr std::chrono::milliseconds kLateArrivals{5};
 constexpr uint32_t kHelloSize = 5;
-constexpr uint32_t kMostPassedOver = 10000;
-
-SSharedName RendezvousName(char const* kind) { return {kPerfServerName, 0, "N", 0, kind}; }
-
-// Returns whether there was one.
-bool UnlinkRendezvous()
-{
-    bool const was = shm_unlink(RendezvousName("d").text) == 0;
-    shm_unlink(RendezvousName("m").text);
-    return was;
-}
-
-// An object of another process for a scope.
-class Mapping
-{
-public:
-    Mapping(char const* name, uint32_t size)
-    {
-        if (!bufOpenOrCreateMem(m_mem, m_data, false, name, size))
-            m_data = nullptr;
-    }
-    ~Mapping() { bufDestMem(m_mem, m_data); }
-    Mapping(Mapping const&) = delete;
-    Mapping& operator=(Mapping const&) = delete;
-
-    explicit operator bool() const { return m_data != nullptr; }
-    template <typename Record>
-    Record& As() const
-    {
-        return *reinterpret_cast<Record*>(m_data);
-    }
-
-private:
-    CSharedMem m_mem;
-    char* m_data = nullptr;
-};
+constexpr std::chrono::milliseconds kWhileHeld{1};
+// A longer turn, or a stop, says nothing about the applications.
+constexpr std::chrono::milliseconds kLongestTurn{100};
+constexpr std::chrono::milliseconds kLookPeriod{100};
+// No server comes so far by itself.
+constexpr uint32_t kLastTicket = 0x7FFFFFFF;
 
 // Whether an application has said HELLO in these rings, and no server has touched them.
 bool IsUnanswered(uint32_t ticket)
 {
+    RingGuard const guard;
     Mapping const up(SSharedName(kPerfServerName, ticket, "U", 0, "d").text, kRingBufferSize);
     Mapping const down(SSharedName(kPerfServerName, ticket, "D", 0, "d").text, kRingBufferSize);
     if (!up || !down)
@@ -77,7 +46,7 @@ bool IsSameFile(int file, int other)
     return fstat(file, &a) == 0 && fstat(other, &b) == 0 && a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-// An application takes twelve descriptors.
+// An application takes one descriptor, and twelve for a moment.
 void AllowManyFiles()
 {
     rlimit limit{};
@@ -125,49 +94,56 @@ ServerLock::~ServerLock()
 Server::Server()
 {
     AllowManyFiles();
-    // What a killed server left. The herd would remove it as well, but say so on standard output.
-    if (UnlinkRendezvous())
-        std::this_thread::sleep_for(kLateArrivals);
-    std::set<uint32_t> const tickets = UnlinkDeadRings();
-    Listen();
+    bool const held = RemoveLeftRendezvous();
+    std::set<uint32_t> tickets = UnlinkDeadRings();
+    // Who holds it may be making the rings of the last one.
+    if (held && !tickets.empty())
+        m_late.insert(*tickets.rbegin());
     TakeOver(tickets);
+}
+
+// Nobody comes to the rendezvous of a killed server from here on. Returns whether somebody is still at it.
+bool Server::RemoveLeftRendezvous()
+{
+    RingGuard const guard;
+    Rendezvous left;
+    left.Open();
+    Rendezvous::Unlink();
+    auto const until = Clock::now() + kLongestHold;
+    bool held = left.TakeTicketAway() == Rendezvous::Closing::Held;
+    while (held && Clock::now() < until)
+    {
+        std::this_thread::sleep_for(kWhileHeld);
+        held = left.TakeTicketAway() == Rendezvous::Closing::Held;
+    }
+    if (held && left.Ticket() != 0)
+        m_late.insert(left.Ticket());
+    return held;
 }
 
 // An application that found the rendezvous of a killed server waits for an answer to its HELLO, and is given
 // one. Those that the killed server had answered are lost to this one. New tickets begin behind all of
 // theirs: an application that comes to names in use takes them away.
-void Server::TakeOver(std::set<uint32_t> const& tickets)
+void Server::TakeOver(std::set<uint32_t> tickets)
 {
     for (uint32_t const ticket : tickets)
-        if (!IsUnanswered(ticket))
+        if (IsUnanswered(ticket))
+            m_late.insert(ticket);
+        else if (m_late.count(ticket) == 0)
             UnlinkRings(ticket);
-    uint32_t const last = tickets.empty() ? 0 : std::min(*tickets.rbegin(), kMostPassedOver);
-    for (uint32_t ticket = 1; ticket <= last; ++ticket)
-    {
-        TakeOwnTicket();
-        TakeIn();
-    }
-}
-
-// As an application does, so that the herd looks for the rings of that ticket, and goes on to the next.
-void Server::TakeOwnTicket()
-{
-    Mapping const rendezvous(RendezvousName("d").text, kRendezvousSize);
-    if (!rendezvous || !bufLockMutex(m_rendezvous, false))
-        return;
-    __atomic_store_n(&rendezvous.As<uint32_t>(), 0, __ATOMIC_RELEASE);
-    bufUnlockMutex(m_rendezvous);
+    tickets.insert(m_late.begin(), m_late.end());
+    auto const behind = tickets.upper_bound(kLastTicket);
+    m_herd.PassOver(behind == tickets.begin() ? 0 : *std::prev(behind));
+    Listen();
+    TakeInLate();
 }
 
 void Server::Listen()
 {
-    if (!m_herd.initialise(kPerfServerName) ||
-        !bufOpenOrCreateMutex(m_rendezvous, false, RendezvousName("m").text))
-    {
-        bufDestMutex(m_rendezvous);
+    if (!m_herd.initialise(kPerfServerName) || !m_rendezvous.Open())
         throw CommandFailed("no room for the rendezvous in shared memory");
-    }
-    m_lastFree = std::chrono::steady_clock::now();
+    m_lastTurn = Clock::now();
+    m_held = {};
 }
 
 void Server::TakeIn()
@@ -177,27 +153,74 @@ void Server::TakeIn()
         m_sessions.emplace_back(std::unique_ptr<CDataPathSharedMem>(static_cast<CDataPathSharedMem*>(path)));
 }
 
+// Those that were at the rendezvous when it was taken away, and have come out of it since.
+void Server::TakeInLate()
+{
+    RingGuard const guard;
+    for (auto ticket = m_late.begin(); ticket != m_late.end();)
+    {
+        auto path = std::make_unique<CDataPathSharedMem>(nullptr);
+        bool const there = IsUnanswered(*ticket) && path->DataOpenServer(kPerfServerName, *ticket) != 0;
+        if (there)
+            m_sessions.emplace_back(std::move(path));
+        ticket = there ? m_late.erase(ticket) : std::next(ticket);
+    }
+}
+
 // An application that died while it held the rendezvous would be the last one: make another.
 void Server::FreeRendezvous()
 {
-    auto const now = std::chrono::steady_clock::now();
-    if (bufLockMutex(m_rendezvous, false))
-    {
-        bufUnlockMutex(m_rendezvous);
-        m_lastFree = now;
-    }
-    else if (now - m_lastFree > kLongestHold)
-    {
-        bufDestMutex(m_rendezvous);
-        m_herd.shutdown();
-        Listen();
-    }
+    auto const now = Clock::now();
+    auto const turn = std::min<Clock::duration>(now - m_lastTurn, kLongestTurn);
+    m_lastTurn = now;
+    m_held = m_rendezvous.IsFree() ? Clock::duration() : m_held + turn;
+    if (m_held > kLongestHold)
+        Relocate();
+}
+
+// Who is at the old one may live, and has or takes this ticket.
+void Server::Relocate()
+{
+    m_late.insert(m_herd.Ticket());
+    TakeInLate();
+    m_rendezvous.Close();
+    m_herd.shutdown();
+    Listen();
+}
+
+void Server::LookAtRendezvous()
+{
+    RingGuard const guard;
+    FreeRendezvous();
+    TakeIn();
+    if (guard.Tripped())
+        Relocate();
+}
+
+// To tell who somebody is that has not spoken takes a look at all processes: one for all of them.
+void Server::LookForProcesses()
+{
+    auto const now = Clock::now();
+    if (now - m_lastLook < kLookPeriod)
+        return;
+    m_lastLook = now;
+    TakeInLate();
+    std::set<uint32_t> tickets;
+    for (Session const& session : m_sessions)
+        if (session.WantsToBeFound())
+            tickets.insert(session.Ticket());
+    if (tickets.empty())
+        return;
+    std::map<uint32_t, Process> const found = FindProcessesWithRings(tickets);
+    for (Session& session : m_sessions)
+        if (tickets.count(session.Ticket()) != 0)
+            session.TakeFound(found.count(session.Ticket()) != 0 ? found.at(session.Ticket()) : Process());
 }
 
 bool Server::Turn(Listener& listener)
 {
-    FreeRendezvous();
-    TakeIn();
+    LookAtRendezvous();
+    LookForProcesses();
     bool came = false;
     for (auto session = m_sessions.begin(); session != m_sessions.end();)
     {
@@ -207,18 +230,35 @@ bool Server::Turn(Listener& listener)
     return came;
 }
 
-// Nobody finds the rendezvous from here on. Who had found it and just took a ticket is still taken in, or
-// would wait for an answer for ever.
+// Nobody finds the rendezvous from here on, and who had found it finds no ticket. Who just took one is still
+// taken in, or would wait for an answer for ever.
+void Server::CloseRendezvous()
+{
+    Rendezvous::Unlink();
+    auto const until = Clock::now() + kLongestHold;
+    for (;;)
+    {
+        TakeIn();
+        Rendezvous::Closing const closing = m_rendezvous.TakeTicketAway();
+        if (closing == Rendezvous::Closing::Closed)
+            return;
+        if (closing == Rendezvous::Closing::Taken || Clock::now() > until)
+            break;
+        std::this_thread::sleep_for(kWhileHeld);
+    }
+    // Taken since, or about to be.
+    m_late.insert(m_herd.Ticket());
+}
+
 Server::~Server()
 {
-    UnlinkRendezvous();
-    TakeIn();
-    std::this_thread::sleep_for(kLateArrivals);
-    TakeIn();
+    RingGuard const guard;
+    CloseRendezvous();
+    TakeInLate();
     for (Session& session : m_sessions)
         session.Close();
     m_sessions.clear();
-    bufDestMutex(m_rendezvous);
+    m_rendezvous.Close();
     m_herd.shutdown();
     UnlinkDeadRings();
 }

@@ -1,6 +1,7 @@
 // Where applications find the performance server, and all that have.
 #pragma once
 #include "profiler/data_path_herd.h"
+#include "tools/perf/rendezvous.h"
 #include "tools/perf/session.h"
 #include <list>
 
@@ -37,16 +38,26 @@ public:
     std::list<Session>& Sessions() { return m_sessions; }
 
 private:
+    using Clock = std::chrono::steady_clock;
+
+    bool RemoveLeftRendezvous();
+    void TakeOver(std::set<uint32_t> tickets);
     void Listen();
-    void TakeOver(std::set<uint32_t> const& tickets);
-    void TakeOwnTicket();
     void TakeIn();
+    void TakeInLate();
+    void LookAtRendezvous();
     void FreeRendezvous();
+    void Relocate();
+    void LookForProcesses();
+    void CloseRendezvous();
 
     ServerLock m_lock;
     CDataPathHerdSharedMem2 m_herd{nullptr};
-    CMutex m_rendezvous;  // the herd's own, to see whether it is stuck
-    std::chrono::steady_clock::time_point m_lastFree;
+    Rendezvous m_rendezvous;    // the herd's own
+    std::set<uint32_t> m_late;  // tickets that may have been taken of one that is gone
+    Clock::time_point m_lastTurn;
+    Clock::time_point m_lastLook;
+    Clock::duration m_held{};  // for so long the rendezvous was never seen free
     std::list<Session> m_sessions;
 };
 }  // namespace perf

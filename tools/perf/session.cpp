@@ -1,5 +1,6 @@
 #include "tools/perf/session.h"
 #include "profiler/comms_blocks.h"
+#include "tools/perf/ring_guard.h"
 
 namespace perf
 {
@@ -9,12 +10,22 @@ constexpr size_t kHelloSize = 5;
 // Of one turn, so that an application that never pauses leaves time for the others and for the keys.
 constexpr size_t kMostInATurn = 1024 * 1024;
 constexpr std::chrono::milliseconds kLookPeriod{100};
-constexpr unsigned kMostSearches = 5;
+// From search to search twice as long. Behind the last one there is nobody to be found.
+constexpr std::chrono::milliseconds kFirstSearch{100};
+constexpr std::chrono::milliseconds kLastSearch{800};
+constexpr char kDamaged[] = "the rings are damaged";
 constexpr char kCpuTime[] = "CPU driver time (us)";
 constexpr unsigned int kBlockHead = 8;  // of a change: the description word and the index
 }  // namespace
 
-Session::Session(std::unique_ptr<CDataPathSharedMem> path) : m_path(std::move(path)) { Accept(); }
+Session::Session(std::unique_ptr<CDataPathSharedMem> path)
+    : m_path(std::move(path)), m_ticket(m_path->Ticket()), m_nextSearch(Clock::now() + kFirstSearch),
+      m_searchPeriod(kFirstSearch)
+{
+    RingGuard const guard;
+    m_path->OutliveOther();
+    Accept();
+}
 
 bool Session::Break(std::string const& fault)
 {
@@ -31,19 +42,19 @@ void Session::Accept()
         Break("it does not greet as an application does");
 }
 
-// One pass at a time, each only where it needs no mutex that a dead application may hold.
+// One pass at a time, so that nothing is asked for that may never come.
 bool Session::Receive()
 {
     static char buffer[kRingRoom];
     size_t total = 0;
-    while (total < kMostInATurn && m_path->CanReceiveAtOnce())
+    while (total < kMostInATurn)
     {
         unsigned int count = 0;
         int const result = m_path->DataReceiveBytes(buffer, sizeof buffer, &count);
         m_reader.Feed(buffer, count);
         total += count;
         if (result == 0)
-            return Break("the rings are damaged");
+            return Break(kDamaged);
         if (count == 0)
             break;
     }
@@ -52,19 +63,22 @@ bool Session::Receive()
 
 bool Session::Turn(Listener& listener)
 {
+    RingGuard const guard;
     bool came = false;
+    // Asked ahead of the last receive: what it wrote before its end is then all there.
+    LookAfterOther();
     if (!m_accepted)
         Accept();
     if (m_accepted && !IsOver())
     {
-        // Asked ahead of the last receive: what it wrote before its end is then all there.
-        LookForProcess();
         came = Receive();
         TakeBlocks(listener);
-        if (m_gone && !came && !IsOver())
-            m_state = State::Gone;
-        SendWhatIsDue();
     }
+    if (!came)
+        EndIfLeft();
+    SendWhatIsDue();
+    if (guard.Tripped() && !IsOver())
+        Break(kDamaged);
     if (IsOver())
     {
         Close();
@@ -73,16 +87,38 @@ bool Session::Turn(Listener& listener)
     return came;
 }
 
-// The rings of one that has not spoken may tell who it is. One that they do not tell of, from another
-// container, say, must not be searched for again and again: that goes through all processes.
-void Session::LookForProcess()
+void Session::LookAfterOther()
 {
     if (m_gone || Clock::now() - m_lastLook < kLookPeriod)
         return;
     m_lastLook = Clock::now();
-    if (m_state == State::Silent && m_process.Id() == 0 && m_searches++ < kMostSearches)
-        m_process = FindProcessWithRings(m_path->Ticket());
     m_gone = m_process.IsGone();
+    m_closed = m_path->IsUnlinked();
+}
+
+// Without a word: where it was killed, or never spoke.
+void Session::EndIfLeft()
+{
+    if (IsOver())
+        return;
+    if (m_gone)
+        m_state = State::Gone;
+    else if (m_closed)
+        m_state = State::Ended;
+}
+
+bool Session::WantsToBeFound() const
+{
+    return m_state == State::Silent && m_process.Id() == 0 && Clock::now() >= m_nextSearch;
+}
+
+void Session::TakeFound(Process const& process)
+{
+    m_process = process;
+    m_searchPeriod *= 2;
+    m_nextSearch = Clock::now() + m_searchPeriod;
+    if (m_process.Id() == 0 && m_searchPeriod > kLastSearch)
+        m_gone = true;
 }
 
 void Session::HearGreeting()
@@ -90,6 +126,8 @@ void Session::HearGreeting()
     if (m_state != State::Silent || !m_reader.Process())
         return;
     m_state = State::Speaking;
+    // It was only looked for in vain, or this is asked again.
+    m_gone = false;
     // One that has ended since is known by its rings only.
     Process const told(*m_reader.Process());
     if (told.IsKnown() || !m_process.IsKnown())
@@ -174,17 +212,18 @@ uint32_t Session::CpuTimeOf(Frame const& frame) const
     return 0;
 }
 
-void Session::Set(Change const& change)
+bool Session::Set(Change const& change)
 {
-    if (change.index >= m_items.size())
-        return;
+    if (change.index >= m_items.size() || change.value.size() > kRingRoom - kBlockHead)
+        return false;
     m_items[change.index].value = change.value;
     m_changes[change.index] = change.value;
+    return true;
 }
 
 void Session::SendWhatIsDue()
 {
-    if (IsOver() || m_state == State::Silent)
+    if (!m_accepted || IsOver() || m_state == State::Silent)
         return;
     if (!m_asked && m_path->CanSendAtOnce(kBlockHead))
         m_asked = DataPathSendBlockDescription(*m_path, eRcSendDescription, 0);
@@ -192,28 +231,29 @@ void Session::SendWhatIsDue()
     {
         auto const& [index, value] = *m_changes.begin();
         auto const size = static_cast<unsigned int>(value.size());
-        if (size > kRingRoom - kBlockHead || !m_path->CanSendAtOnce(kBlockHead + size))
+        if (!m_path->CanSendAtOnce(kBlockHead + size))
             return;
         if (!DataPathSend1uintNbytes(*m_path, eRcChangeItem, index, value.data(), size))
         {
-            Break("the rings are damaged");
+            Break(kDamaged);
             return;
         }
         m_changes.erase(m_changes.begin());
     }
 }
 
-// One that has not spoken finds the farewell when it does.
+// One that has not spoken finds the farewell when it does; so does one that was taken for dead, or whose
+// words made no sense, if it lives.
 void Session::Close()
 {
     if (!m_path)
         return;
-    uint32_t const ticket = m_path->Ticket();
-    if (m_accepted && !IsOver() && m_path->CanSendAtOnce(kBlockHead))
+    RingGuard const guard;
+    if (m_accepted && m_path->CanSendAtOnce(kBlockHead))
         DataPathSendBlockDescription(*m_path, eRcShutdown, 0);
     m_path.reset();
     if (m_state == State::Gone)
-        UnlinkRings(ticket);
+        UnlinkRings(m_ticket);
 }
 
 std::string Session::Title() const

@@ -43,10 +43,19 @@ public:
     // Takes what has come, and sends what is due. Returns whether anything came. Never waits for the
     // application.
     bool Turn(Listener& listener);
-    // Told on the next turns; a later change of the same item takes the place of one that still waits.
-    void Set(Change const& change);
+    // Told on the next turns; a later change of the same item takes the place of one that still waits. False
+    // for one that cannot be told: a value must have room in a buffer.
+    bool Set(Change const& change);
     // Bids farewell, so that the application looks for another server, and removes its rings if it is gone.
     void Close();
+
+    uint32_t Ticket() const { return m_ticket; }
+    // Whether it is time to look for its process: its rings may tell who one is that has not spoken.
+    bool WantsToBeFound() const;
+    // What came of that; an unknown process for nothing. One that is not found again and again has died
+    // before it spoke, or cannot be seen from here, and is given up: if it lives, it finds the farewell when
+    // it speaks, and comes again.
+    void TakeFound(Process const& process);
 
     State GetState() const { return m_state; }
     bool IsOver() const { return m_state >= State::Ended; }
@@ -71,19 +80,23 @@ private:
     bool TakeDescription(Block const& block, Listener& listener);
     bool TakeCounters(Block const& block, Listener& listener);
     void SendWhatIsDue();
-    void LookForProcess();
+    void LookAfterOther();
+    void EndIfLeft();
     void HearGreeting();
     bool Break(std::string const& fault);
 
     std::unique_ptr<CDataPathSharedMem> m_path;
+    uint32_t m_ticket;
     State m_state = State::Silent;
     bool m_accepted = false;
     bool m_asked = false;  // for the description
     bool m_named = false;  // the answer has begun
     Clock::time_point m_lastLook = Clock::now();
-    unsigned m_searches = 0;
+    Clock::time_point m_nextSearch;
+    Clock::duration m_searchPeriod;
     Process m_process;
-    bool m_gone = false;  // the process; what it wrote may still be read
+    bool m_gone = false;    // the process; what it wrote may still be read
+    bool m_closed = false;  // its end of the rings; likewise
     BlockReader m_reader;
     std::string m_fault;
     std::vector<Item> m_items;

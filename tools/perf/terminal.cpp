@@ -125,7 +125,8 @@ std::string Terminal::Keys()
     pollfd input{STDIN_FILENO, POLLIN, 0};
     char keys[64];
     ssize_t const count = poll(&input, 1, 0) > 0 ? read(STDIN_FILENO, keys, sizeof keys) : 0;
-    return count > 0 ? std::string(keys, static_cast<size_t>(count)) : std::string();
+    return m_keys.Take(std::string(keys, count > 0 ? static_cast<size_t>(count) : 0),
+                       std::chrono::steady_clock::now());
 }
 
 void Terminal::Stop()

@@ -1,6 +1,7 @@
 // The terminal as the performance server uses it: a screen of its own, and keys one by one. And the signals
 // that end the server or put it aside.
 #pragma once
+#include "tools/perf/keys.h"
 #include "tools/perf/view.h"
 #include <termios.h>
 
@@ -35,7 +36,7 @@ public:
 
     Size GetSize() const;
     void Draw(std::vector<std::string> const& lines);
-    // Keys pressed since the last call.
+    // Keys pressed since the last call that are one character.
     std::string Keys();
     // Gives the terminal back, stops this process, and takes the terminal again once it is continued.
     void Stop();
@@ -45,5 +46,6 @@ private:
     void GiveBack() const;
 
     termios m_before{};
+    KeyReader m_keys;
 };
 }  // namespace perf

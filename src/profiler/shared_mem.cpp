@@ -124,10 +124,11 @@ void bufDestMutex(CMutex& mutex)
 bool OpenOrCreateBuffer(SSharedBuffer& buffer, bool create, char const* base, unsigned int number,
                         char const* part, unsigned int index, unsigned int size)
 {
-    SSharedName const data(base, number, part, index, "d");
-    SSharedName const mutex(base, number, part, index, "m");
-    return bufOpenOrCreateMem(buffer.mem, buffer.pData, create, data.text, size) &&
-           bufOpenOrCreateMutex(buffer.mutex, create, mutex.text);
+    // Each name is made when it is asked for: without a server, every call of the application comes here, and
+    // no further than to the first.
+    auto const name = [&](char const* kind) { return SSharedName(base, number, part, index, kind); };
+    return bufOpenOrCreateMem(buffer.mem, buffer.pData, create, name("d").text, size) &&
+           bufOpenOrCreateMutex(buffer.mutex, create, name("m").text);
 }
 
 void CloseBuffer(SSharedBuffer& buffer)

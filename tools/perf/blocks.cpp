@@ -10,10 +10,10 @@ namespace
 {
 constexpr size_t kWord = 4;
 
-uint32_t WordOf(std::string const& bytes, size_t offset)
+uint32_t WordOf(void const* bytes, size_t offset)
 {
     uint32_t word = 0;
-    std::memcpy(&word, bytes.data() + offset, kWord);
+    std::memcpy(&word, static_cast<char const*>(bytes) + offset, kWord);
     return word;
 }
 
@@ -42,7 +42,7 @@ public:
         if (!Has(kWord))
             return 0;
         m_position += kWord;
-        return WordOf(m_payload, m_position - kWord);
+        return WordOf(m_payload.data(), m_position - kWord);
     }
     std::string Bytes(size_t count)
     {
@@ -78,26 +78,23 @@ void BlockReader::Feed(char const* bytes, size_t size)
 {
     size_t const skipped = std::min(m_skip, size);
     m_skip -= skipped;
-    // The rest of what came before is less than a block: this moves each byte once, or few times.
-    m_bytes.erase(0, m_taken);
-    m_taken = 0;
-    m_bytes.append(bytes + skipped, size - skipped);
+    m_bytes.Add(reinterpret_cast<uint8_t const*>(bytes) + skipped, size - skipped);
 }
 
-uint32_t BlockReader::WordAt(size_t offset) const { return WordOf(m_bytes, m_taken + offset); }
+uint32_t BlockReader::WordAt(size_t offset) const { return WordOf(m_bytes.Data(), offset); }
 
 void BlockReader::Drop(size_t count)
 {
-    size_t const there = std::min(count, Left());
+    size_t const there = std::min(count, m_bytes.Size());
     m_skip = count - there;
-    m_taken += there;
+    m_bytes.DropFront(there);
 }
 
 bool BlockReader::TakeGreeting()
 {
     if (m_process)
         return true;
-    if (Left() < 2 * kWord)
+    if (m_bytes.Size() < 2 * kWord)
         return false;
     if (WordAt(0) != kCommsGreeting)
     {
@@ -113,17 +110,17 @@ bool BlockReader::Next(Block& block)
 {
     if (!m_fault.empty() || !TakeGreeting())
         return false;
-    while (Left() >= kWord)
+    while (m_bytes.Size() >= kWord)
     {
         uint32_t const description = WordAt(0);
         block.identifier = DataPathBlockDescriptionUnpackID(description);
         size_t const size =
             IsWithoutPayload(block.identifier) ? 0 : DataPathBlockDescriptionUnpackInfo(description);
         bool const ofUse = IsOfUse(block.identifier);
-        if (ofUse && Left() < kWord + size)
+        if (ofUse && m_bytes.Size() < kWord + size)
             return false;
         if (ofUse)
-            block.payload = m_bytes.substr(m_taken + kWord, size);
+            block.payload.assign(m_bytes.Data() + kWord, m_bytes.Data() + kWord + size);
         Drop(kWord + size);
         if (ofUse)
             return true;

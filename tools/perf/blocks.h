@@ -1,6 +1,7 @@
 // What an application sends to the performance server: two words of greeting, then blocks, each with a
 // description word. Nothing in it is trusted: a length counts for as much as has come.
 #pragma once
+#include "tools/byte_queue.h"
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -45,13 +46,11 @@ public:
 
 private:
     bool TakeGreeting();
-    size_t Left() const { return m_bytes.size() - m_taken; }
     uint32_t WordAt(size_t offset) const;
     void Drop(size_t count);
 
-    std::string m_bytes;
-    size_t m_taken = 0;  // of those, the first so many are done with
-    size_t m_skip = 0;   // of a block without use, still to come
+    ByteQueue m_bytes;
+    size_t m_skip = 0;  // of a block without use, still to come
     std::optional<uint32_t> m_process;
     std::string m_fault;
 };

@@ -1,6 +1,7 @@
 #include "tools/remote/packets.h"
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 
 namespace remote
 {
@@ -18,6 +19,21 @@ constexpr size_t kDataHead = 5;
 constexpr size_t kProof = 16;  // bytes that do not stand twice in a packet by chance
 constexpr size_t kShortPacket = 6;
 constexpr size_t kLargestPayload = 65536;
+
+// Where a packet of data begins next, or may begin as far as is known; `end` for nowhere.
+uint8_t const* NextStart(uint8_t const* from, uint8_t const* end)
+{
+    void const* found = nullptr;
+    while ((found = std::memchr(from, kFirst, static_cast<size_t>(end - from))))
+    {
+        from = static_cast<uint8_t const*>(found);
+        size_t const shown = std::min(kKindEnd, static_cast<size_t>(end - from));
+        if (std::memcmp(from, kDataStart, shown) == 0)
+            return from;
+        ++from;
+    }
+    return end;
+}
 
 std::string Hex(uint8_t byte)
 {
@@ -61,15 +77,12 @@ char const* StateName(State state)
 
 bool IsHeld(State state) { return state == State::Waiting || state == State::Held; }
 
-void PacketReader::Feed(uint8_t const* data, size_t size)
-{
-    m_bytes.insert(m_bytes.end(), data, data + size);
-}
+void PacketReader::Feed(uint8_t const* data, size_t size) { m_bytes.Add(data, size); }
 
 // 0 while the first bytes do not tell.
 size_t PacketReader::PacketSize() const
 {
-    if (m_bytes.size() < kDataHead)
+    if (m_bytes.Size() < kDataHead)
         return 0;
     // No kind, but maybe the packet again behind its first two bytes: its head has to be there to tell.
     if (m_bytes[2] == kFirst)
@@ -84,16 +97,16 @@ size_t PacketReader::PacketSize() const
 // Where the packet ends as it should, little sameness is no proof.
 bool PacketReader::DropBrokenPiece(size_t size)
 {
-    size_t const least = m_bytes[size - 1] == kDataEnd ? kProof : 1;
-    for (size_t sent = 1; sent < size; ++sent)
+    uint8_t const* const begin = m_bytes.Data();
+    uint8_t const* const end = begin + size;
+    size_t const least = end[-1] == kDataEnd ? kProof : 1;
+    for (uint8_t const* again = NextStart(begin + 1, end); again != end; again = NextStart(again + 1, end))
     {
+        size_t const sent = static_cast<size_t>(again - begin);
         size_t const both = std::min(sent, size - sent);
-        size_t const shown = std::min(kKindEnd, size - sent);
-        auto const again = m_bytes.begin() + static_cast<std::ptrdiff_t>(sent);
-        if (both >= least && std::equal(std::begin(kDataStart), std::begin(kDataStart) + shown, again) &&
-            std::equal(again, again + static_cast<std::ptrdiff_t>(both), m_bytes.begin()))
+        if (both >= least && std::equal(again, again + both, begin))
         {
-            m_bytes.erase(m_bytes.begin(), again);
+            m_bytes.DropFront(sent);
             ++m_repeated;
             return true;
         }
@@ -104,13 +117,13 @@ bool PacketReader::DropBrokenPiece(size_t size)
 // A packet that broke off within its head cannot be read on: its length, if there is one, is not its own.
 bool PacketReader::DropBrokenStart()
 {
-    for (size_t sent = 1; sent < kDataHead && m_bytes.size() >= sent + kDataHead; ++sent)
+    for (size_t sent = 1; sent < kDataHead && m_bytes.Size() >= sent + kDataHead; ++sent)
     {
-        auto const again = m_bytes.begin() + static_cast<std::ptrdiff_t>(sent);
+        uint8_t const* const again = m_bytes.Data() + sent;
         if (std::equal(std::begin(kDataStart), std::end(kDataStart), again) &&
-            std::equal(m_bytes.begin(), again, again))
+            std::equal(m_bytes.Data(), again, again))
         {
-            m_bytes.erase(m_bytes.begin(), again);
+            m_bytes.DropFront(sent);
             ++m_repeated;
             return true;
         }
@@ -133,8 +146,6 @@ std::string PacketReader::FaultOf(size_t size) const
 
 void PacketReader::Take(size_t size, Packet& packet)
 {
-    auto const begin = m_bytes.begin();
-    auto const end = begin + static_cast<std::ptrdiff_t>(size);
     bool const isData = m_bytes[2] == kData;
     packet.kind = isData                  ? Packet::Kind::Data
                   : m_bytes[2] == kStatus ? Packet::Kind::Status
@@ -142,8 +153,8 @@ void PacketReader::Take(size_t size, Packet& packet)
     packet.value = m_bytes[3];
     packet.payload.clear();
     if (isData)
-        packet.payload.assign(begin + kDataHead, end - 1);
-    m_bytes.erase(begin, end);
+        packet.payload.assign(m_bytes.Data() + kDataHead, m_bytes.Data() + size - 1);
+    m_bytes.DropFront(size);
 }
 
 bool PacketReader::Next(Packet& packet)
@@ -154,7 +165,7 @@ bool PacketReader::Next(Packet& packet)
         {
         }
         size_t const size = PacketSize();
-        if (!m_fault.empty() || size == 0 || size > m_bytes.size())
+        if (!m_fault.empty() || size == 0 || size > m_bytes.Size())
             return false;
         bool const isData = m_bytes[0] == kFirst && m_bytes[1] == kSecond && m_bytes[2] == kData;
         if (isData && DropBrokenPiece(size))

@@ -6,6 +6,7 @@
 //
 // Commands go the other way, three bytes each: 08 44 and the command.
 #pragma once
+#include "tools/byte_queue.h"
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -72,7 +73,7 @@ private:
     std::string FaultOf(size_t size) const;
     void Take(size_t size, Packet& packet);
 
-    std::vector<uint8_t> m_bytes;  // not yet taken, from a packet's first byte on
+    ByteQueue m_bytes;  // from a packet's first byte on
     std::string m_fault;
     uint64_t m_repeated = 0;
 };

@@ -50,14 +50,14 @@ void TraceStream::Add(std::vector<uint8_t> const& bytes)
     size_t const skipped = static_cast<size_t>(std::min<uint64_t>(m_skip, bytes.size()));
     m_skip -= skipped;
     m_offset += skipped;
-    m_pending.insert(m_pending.end(), bytes.begin() + static_cast<std::ptrdiff_t>(skipped), bytes.end());
+    m_pending.Add(bytes.data() + skipped, bytes.size() - skipped);
     while (m_gap.empty() && Step())
     {
     }
-    if (AtFooter() && m_pending.size() > kFooterSize)
+    if (AtFooter() && m_pending.Size() > kFooterSize)
     {
-        m_bytes -= m_pending.size() - kFooterSize;
-        m_pending.resize(kFooterSize);
+        m_bytes -= m_pending.Size() - kFooterSize;
+        m_pending.CutTo(kFooterSize);
         m_tooLong = true;
     }
 }
@@ -86,25 +86,25 @@ bool TraceStream::Step()
 {
     // What begins like the footer may be it, and is not told from a record before it could be whole.
     bool const mayEnd =
-        m_pending.size() >= 2 && m_pending[0] == kFooterFirst && m_pending[1] == kFooterSecond;
+        m_pending.Size() >= 2 && m_pending[0] == kFooterFirst && m_pending[1] == kFooterSecond;
     size_t const needed = !m_pastHeader ? kHeaderSize : mayEnd ? kFooterSize : kRecordHeaderSize;
-    if (m_skip != 0 || m_pending.size() < needed || AtFooter())
+    if (m_skip != 0 || m_pending.Size() < needed || AtFooter())
         return false;
     uint64_t const before = m_offset;
     if (m_pastHeader)
         TakeRecord();
     else
         TakeHeader();
-    size_t const taken = static_cast<size_t>(std::min<uint64_t>(m_offset - before, m_pending.size()));
+    size_t const taken = static_cast<size_t>(std::min<uint64_t>(m_offset - before, m_pending.Size()));
     m_skip = m_offset - before - taken;
     m_offset = before + taken;
-    m_pending.erase(m_pending.begin(), m_pending.begin() + static_cast<std::ptrdiff_t>(taken));
+    m_pending.DropFront(taken);
     return true;
 }
 
 void TraceStream::TakeHeader()
 {
-    if (std::memcmp(m_pending.data(), kMagic, kMagicSize) != 0)
+    if (std::memcmp(m_pending.Data(), kMagic, kMagicSize) != 0)
         return SetGap("the beginning of the trace is missing");
     m_pastHeader = true;
     m_offset += kHeaderSize;
@@ -112,7 +112,7 @@ void TraceStream::TakeHeader()
 
 void TraceStream::TakeRecord()
 {
-    uint32_t const size = LoadU32(m_pending.data());
+    uint32_t const size = LoadU32(m_pending.Data());
     uint16_t const id = static_cast<uint16_t>(m_pending[4] | (m_pending[5] << 8));
     if (!IsRecord(id, size))
         return SetGap("bytes are missing ahead of offset " + std::to_string(m_offset));
@@ -139,17 +139,17 @@ void TraceStream::NoteState(uint16_t id)
 
 bool TraceStream::AtFooter() const
 {
-    if (!m_pastHeader || m_skip != 0 || m_pending.size() < kFooterSize || m_pending[0] != kFooterFirst ||
+    if (!m_pastHeader || m_skip != 0 || m_pending.Size() < kFooterSize || m_pending[0] != kFooterFirst ||
         m_pending[1] != kFooterSecond)
         return false;
-    uint64_t const position = LoadU32(m_pending.data() + kPositionOffset) |
-                              uint64_t{LoadU32(m_pending.data() + kPositionOffset + 4)} << 32;
+    uint64_t const position = LoadU32(m_pending.Data() + kPositionOffset) |
+                              uint64_t{LoadU32(m_pending.Data() + kPositionOffset + 4)} << 32;
     return position == 0 || position == m_endState || m_states.count(position) != 0;
 }
 
 void TraceStream::SetGap(std::string const& what)
 {
     m_gap = what;
-    m_pending.clear();
+    m_pending.Clear();
 }
 }  // namespace remote

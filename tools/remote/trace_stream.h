@@ -1,6 +1,7 @@
 // The trace that comes in over a connection: written to its file as it is, and walked on the way, so that the
 // client can count frames and knows where it stands.
 #pragma once
+#include "tools/byte_queue.h"
 #include <cstdint>
 #include <fstream>
 #include <set>
@@ -41,7 +42,7 @@ private:
 
     std::string m_path;
     std::ofstream m_file;
-    std::vector<uint8_t> m_pending;  // from the beginning of a header or record on
+    ByteQueue m_pending;  // from the beginning of a header or record on
     uint64_t m_bytes = 0;
     uint64_t m_offset = 0;  // of what is pending
     uint64_t m_skip = 0;    // bytes of a payload that are still to come

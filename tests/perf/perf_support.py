@@ -87,8 +87,16 @@ class Program:
         self.signal(signal.SIGSTOP)
         os.waitid(os.P_PID, self.pid, os.WSTOPPED | os.WNOWAIT)
 
-    def open_files(self):
-        return len(os.listdir(f"/proc/{self.pid}/fd"))
+    def ring_files(self):
+        """How many files of rings it has open. Others, of the rendezvous and of /proc, come and go."""
+        folder = f"/proc/{self.pid}/fd"
+        rings = 0
+        for file in os.listdir(folder):
+            try:
+                rings += re.search(r"/NEBPerfServerVsAppLib\d+[UD]\d", os.readlink(os.path.join(folder, file))) is not None
+            except FileNotFoundError:
+                pass  # closed since
+        return rings
 
     def clean(self):
         if self.process.returncode is None:

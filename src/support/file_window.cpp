@@ -24,9 +24,9 @@ std::size_t PageSize()
     return size;
 }
 
-// Of pages that are made ready at a time: many at once cost far less than a page fault for each, and these
-// are few enough to pause no frame.
-constexpr std::size_t kMostReadyAhead = 256 * 1024;
+// Of what is reserved at a time. Many pages at once cost far less than a page fault for each, and these are
+// few enough to pause no frame.
+constexpr std::size_t kMostAhead = 256 * 1024;
 
 // The ID last, and at once: there is no record without one.
 void WriteHead(unsigned char* to, unsigned char const (&head)[CFileWindow::kHead])
@@ -54,80 +54,72 @@ bool CFileWindow::Open(int file, uint64_t length, std::size_t size)
     m_file = file;
     m_length = length;
     m_size = (size + PageSize() - 1) / PageSize() * PageSize();
-    if (MoveToEnd())
+    m_reserved = 0;
+    if (MakeRoom(1))
         return true;
     Close();
     return false;
 }
 
+bool CFileWindow::IsInWindow(std::size_t size) const
+{
+    return m_pWindow && m_length >= m_start && m_length + size <= m_start + m_size;
+}
+
+bool CFileWindow::MoveToEnd()
+{
+    Unmap();
+    uint64_t const start = m_length / PageSize() * PageSize();
+    void* const window =
+        mmap(nullptr, m_size, PROT_READ | PROT_WRITE, MAP_SHARED, m_file, static_cast<off_t>(start));
+    if (window == MAP_FAILED)
+        return false;
+    m_pWindow = static_cast<unsigned char*>(window);
+    m_start = start;
+    return true;
+}
+
 // The blocks are the file's before anything is copied: a full disk is an error here, and no SIGBUS there.
-bool CFileWindow::Reserve(uint64_t start, std::size_t size) const
+bool CFileWindow::Reserve(uint64_t start, std::size_t size)
 {
     if (!FitsFileSizeLimit(start + size))
         return false;
     int error = EINTR;
     while (error == EINTR)
         error = posix_fallocate(m_file, static_cast<off_t>(start), static_cast<off_t>(size));
-    return error == 0;
-}
-
-// As large as asked for, unless little of the last window was used as such: reserving room that `write` then
-// fills costs as much again as the write.
-std::size_t CFileWindow::NextSize() const
-{
-    if (!m_pWindow || m_used >= m_size / 2)
-        return m_size;
-    constexpr std::size_t kLeast = 65536;
-    return std::min(m_size, std::max(m_used * 2 / PageSize() * PageSize(), kLeast));
-}
-
-bool CFileWindow::MoveToEnd()
-{
-    uint64_t const start = m_length / PageSize() * PageSize();
-    std::size_t size = NextSize();
-    Unmap();
-    while (!Reserve(start, size))
-    {
-        size = size / 2 / PageSize() * PageSize();
-        if (size == 0)
-            return false;
-    }
-    void* const window =
-        mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, m_file, static_cast<off_t>(start));
-    if (window == MAP_FAILED)
+    if (error != 0)
         return false;
-    m_pWindow = static_cast<unsigned char*>(window);
-    m_start = start;
-    m_mapped = size;
-    m_used = 0;
-    m_ready = 0;
-    m_readyAhead = 0;
+    m_reserved = start + size;
+#ifdef MADV_POPULATE_WRITE
+    // Only to be quick: where it fails, each page comes with its first byte.
+    int const before = errno;
+    madvise(m_pWindow + (start - m_start), size, MADV_POPULATE_WRITE);
+    errno = before;
+#endif
     return true;
 }
 
-bool CFileWindow::HasRoom(std::size_t size) const
+// The further ahead, the longer nothing has gone by `write`, which needs none of it.
+bool CFileWindow::ReserveAhead(std::size_t size)
 {
-    return m_pWindow && m_length >= m_start && m_length + size <= m_start + m_mapped;
+    bool const jumped = m_length > m_reserved;
+    m_ahead = jumped ? PageSize() : std::clamp(m_ahead * 2, PageSize(), kMostAhead);
+    uint64_t const start = jumped ? m_length / PageSize() * PageSize() : m_reserved;
+    auto const needed = static_cast<std::size_t>(m_length + size - start);
+    auto const most = static_cast<std::size_t>(m_start + m_size - start);
+    std::size_t ahead = (needed + m_ahead + PageSize() - 1) / PageSize() * PageSize();
+    for (ahead = std::min(ahead, most); ahead >= needed; ahead = ahead / 2 / PageSize() * PageSize())
+        if (Reserve(start, ahead))
+            return true;
+    return Reserve(start, needed);
 }
 
-// Only to be quick: where it fails, or is not known, each page comes with its first byte. It reaches the
-// further ahead the longer nothing went by `write`, which needs no pages here.
-void CFileWindow::Prefault([[maybe_unused]] std::size_t size)
+// Room in the file and in the window for so many bytes more.
+bool CFileWindow::MakeRoom(std::size_t size)
 {
-#ifdef MADV_POPULATE_WRITE
-    auto const at = static_cast<std::size_t>(m_length - m_start);
-    if (at + size <= m_ready)
-        return;
-    std::size_t const page = at / PageSize() * PageSize();
-    bool const jumped = page > m_ready;
-    m_readyAhead = jumped ? 0 : std::clamp(m_readyAhead * 2, PageSize(), kMostReadyAhead);
-    std::size_t const from = jumped ? page : m_ready;
-    std::size_t const next = (at + size + PageSize() - 1) / PageSize() * PageSize() + m_readyAhead;
-    m_ready = std::min(m_mapped, next);
-    int const error = errno;
-    madvise(m_pWindow + from, m_ready - from, MADV_POPULATE_WRITE);
-    errno = error;
-#endif
+    if (!IsInWindow(size) && (!MoveToEnd() || !IsInWindow(size)))
+        return false;
+    return m_length + size <= m_reserved || ReserveAhead(size);
 }
 
 bool CFileWindow::AppendByWrite(void const* data, std::size_t size)
@@ -153,15 +145,13 @@ bool CFileWindow::AppendMapped(void const* data, std::size_t size)
     auto const* bytes = static_cast<unsigned char const*>(data);
     while (size > 0)
     {
-        if (!HasRoom(1) && !MoveToEnd())
+        if (!MakeRoom(1))
             return false;
-        auto const at = static_cast<std::size_t>(m_length - m_start);
-        std::size_t const fits = std::min(size, m_mapped - at);
-        Prefault(fits);
-        std::memcpy(m_pWindow + at, bytes, fits);
+        auto const room = static_cast<std::size_t>(std::min(m_reserved, m_start + m_size) - m_length);
+        std::size_t const fits = std::min(size, room);
+        std::memcpy(m_pWindow + (m_length - m_start), bytes, fits);
         bytes += fits;
         size -= fits;
-        m_used += fits;
         m_length += fits;
     }
     return true;
@@ -190,12 +180,8 @@ bool CFileWindow::Append(void const* data, std::size_t size)
 
 unsigned char* CFileWindow::Claim(uint64_t size)
 {
-    if (!IsOpen() || size < kHead || size >= kBulk)
+    if (!IsOpen() || size < kHead || size >= kBulk || !MakeRoom(static_cast<std::size_t>(size)))
         return nullptr;
-    auto const room = static_cast<std::size_t>(size);
-    if (!HasRoom(room) && (!MoveToEnd() || !HasRoom(room)))
-        return nullptr;
-    Prefault(room);
     unsigned char* const record = m_pWindow + (m_length - m_start);
     std::memset(record, 0, kHead);  // a record that failed half way may have been here
     std::atomic_signal_fence(std::memory_order_release);
@@ -205,7 +191,6 @@ unsigned char* CFileWindow::Claim(uint64_t size)
 void CFileWindow::Commit(unsigned char const (&head)[kHead], std::size_t size)
 {
     WriteHead(m_pWindow + (m_length - m_start), head);
-    m_used += size;
     m_length += size;
 }
 
@@ -221,7 +206,7 @@ void CFileWindow::EndRecord()
     if (!m_bInRecord || !IsOpen())
         return;
     m_bInRecord = false;
-    bool const inWindow = m_pWindow && m_record >= m_start && m_record + kHead <= m_start + m_mapped;
+    bool const inWindow = m_pWindow && m_record >= m_start && m_record + kHead <= m_start + m_size;
     if (!inWindow || m_held < kHead)
     {
         while (pwrite(m_file, m_head, m_held, static_cast<off_t>(m_record)) < 0 && errno == EINTR)
@@ -234,9 +219,8 @@ void CFileWindow::EndRecord()
 void CFileWindow::Unmap()
 {
     if (m_pWindow)
-        munmap(m_pWindow, m_mapped);
+        munmap(m_pWindow, m_size);
     m_pWindow = nullptr;
-    m_mapped = 0;
 }
 
 void CFileWindow::Close()

@@ -32,25 +32,23 @@ public:
     void Close();
 
 private:
-    std::size_t NextSize() const;
+    bool IsInWindow(std::size_t size) const;
     bool MoveToEnd();
-    bool Reserve(uint64_t start, std::size_t size) const;
+    bool Reserve(uint64_t start, std::size_t size);
+    bool ReserveAhead(std::size_t size);
+    bool MakeRoom(std::size_t size);
     bool AppendPiece(void const* data, std::size_t size);
     bool AppendMapped(void const* data, std::size_t size);
     bool AppendByWrite(void const* data, std::size_t size);
-    bool HasRoom(std::size_t size) const;
-    void Prefault(std::size_t size);
     void Unmap();
 
     int m_file = -1;
     uint64_t m_length = 0;   // of what was appended, with what was there before
-    std::size_t m_size = 0;  // of a window, in bytes; whole pages
+    std::size_t m_size = 0;  // of the window, in bytes; whole pages
     unsigned char* m_pWindow = nullptr;
-    uint64_t m_start = 0;      // of the mapped window in the file
-    std::size_t m_mapped = 0;  // its size: less than m_size where there was less room
-    std::size_t m_used = 0;    // of it: bytes that were stored there, and not written
-    std::size_t m_ready = 0;   // of it: where the bytes end whose pages are there
-    std::size_t m_readyAhead = 0;
+    uint64_t m_start = 0;     // of the window in the file
+    uint64_t m_reserved = 0;  // where the bytes end that the file has blocks for, as far as the window goes
+    std::size_t m_ahead = 0;  // what was reserved last beyond what was needed
 
     bool m_bInRecord = false;
     uint64_t m_record = 0;  // where it begins

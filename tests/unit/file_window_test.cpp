@@ -111,8 +111,9 @@ TEST_F(FileWindow, WhatAKilledProcessAppendedIsThere)
     Bytes const piece = Numbered(m_page + 100, 7);
     InAKilledProcess([&] { Open(4 * m_page) && Append(piece); });
     Bytes content = Content();
-    ASSERT_EQ(4 * m_page, content.size());
-    EXPECT_EQ(Bytes(3 * m_page - 100),
+    ASSERT_GT(content.size(), piece.size());
+    EXPECT_LE(content.size(), 4 * m_page);
+    EXPECT_EQ(Bytes(content.size() - piece.size()),
               Bytes(content.begin() + static_cast<long>(piece.size()), content.end()));
     content.resize(piece.size());
     EXPECT_EQ(piece, content);

@@ -76,9 +76,14 @@ std::string Synopsis(CLI::App const& app)
     return TakesApplication(app) ? text + " -- APP [ARG...]" : text;
 }
 
+std::string Usage(CLI::App const& app)
+{
+    return Synopsis(app) + (Subcommands(app).empty() ? "" : " SUBCOMMAND ...");
+}
+
 std::string Formatter::make_usage(CLI::App const* app, std::string /*name*/) const
 {
-    return "Usage: " + Synopsis(*app) + (Subcommands(*app).empty() ? "\n" : " SUBCOMMAND ...\n");
+    return "Usage: " + Usage(*app) + "\n";
 }
 
 std::string Formatter::make_option_name(CLI::Option const* option, bool positional) const

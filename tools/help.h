@@ -15,6 +15,8 @@ std::string Description(CLI::Option const& option);
 
 // "nebtrace remote [OPTIONS] ADDRESS record [OPTIONS]"
 std::string Synopsis(CLI::App const& app);
+// The same, and what a command with subcommands of its own goes on with.
+std::string Usage(CLI::App const& app);
 
 // In the order of their definition.
 std::vector<CLI::Option const*> Options(CLI::App const& app);

@@ -1,6 +1,7 @@
 // Writes what people read about the command and the configuration, from what the programs themselves go by.
 // Built with the rest and never installed.
 #include "command_line.h"
+#include "manual/completion.h"
 #include "manual/config_keys.h"
 #include "manual/man_pages.h"
 #include <CLI/CLI.hpp>
@@ -47,6 +48,12 @@ try
     pages->add_option("PROSE", prose, "The folder docs/man")->required()->check(CLI::ExistingDirectory);
     pages->add_option("FOLDER", folder)->required()->check(CLI::ExistingDirectory);
     pages->callback([&] { WriteManPages(prose, folder); });
+    app.add_subcommand("bash", "Print the completion for bash")->callback([] {
+        std::cout << manual::BashCompletion(Command());
+    });
+    app.add_subcommand("zsh", "Print the completion for zsh")->callback([] {
+        std::cout << manual::ZshCompletion(Command());
+    });
     CLI11_PARSE(app, argc, argv);
 } catch (std::exception const& error)
 {

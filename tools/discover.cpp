@@ -100,8 +100,10 @@ void AddDiscoverCommand(CLI::App& app)
     CLI::App* const command =
         app.add_subcommand("discover", "Print the addresses of devices that announce themselves");
     command->add_option("--seconds", options->seconds, "Listen for this time (default: until Ctrl-C)")
+        ->type_name("SECONDS")
         ->check(CLI::PositiveNumber);
     command->add_option("--count", options->count, "Stop after as many addresses")
+        ->type_name("N")
         ->check(CLI::PositiveNumber);
     command->callback([options] { Discover(*options); });
 }

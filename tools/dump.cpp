@@ -209,16 +209,20 @@ void AddDumpCommand(CLI::App& app)
     dump->add_option("FILE", options->file, "The trace; - for standard input")->required();
     dump->add_option("--frames", options->frames,
                      "Only these frames, A-B, counted from the file's first as 0")
+        ->type_name("FRAMES")
         ->check(CheckRange);
     dump->add_option("--calls", options->calls, "Only these calls, A-B, by the numbers that dump prints")
+        ->type_name("CALLS")
         ->check(CheckRange);
     dump->add_option("--grep", options->grep,
                      "Only calls whose line has a match of this (extended) regular expression")
+        ->type_name("REGEX")
         ->check(CheckPattern);
     dump->add_option("--extract", options->extract,
                      "Also write what the printed calls carry into this folder: images as PNG where one can "
                      "hold them, their rows from top to bottom as they were uploaded, frames and pixels that "
-                     "were read back turned upright; shader sources as text; the rest as .bin");
+                     "were read back turned upright; shader sources as text; the rest as .bin")
+        ->type_name("DIR");
     dump->add_flag("--json", options->json, "One JSON object a line");
     dump->callback([options] { RunDump(*options); });
 }

@@ -68,6 +68,7 @@ void AddFramesCommand(CLI::App& app)
     frames->add_option("FILE", choice->file, "The trace; - for standard input")->required();
     frames->add_option("DIR", choice->folder, "The folder for the files; made if it is missing")->required();
     frames->add_option("--frames", choice->frames, "Only these frames of the file: A-B, A- or A")
+        ->type_name("FRAMES")
         ->check(CheckRange);
     frames->callback([choice] { RunFrames(*choice); });
 }

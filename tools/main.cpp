@@ -1,4 +1,5 @@
 // The `nebtrace` command: parses the command line and hands over to a subcommand.
+#include "command_line.h"
 #include "commands.h"
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -27,20 +28,8 @@ static int Run(int argc, char** argv)
 {
     int const own = CountOwnArguments(argc, argv);
     std::vector<std::string> const application(argv + std::min(own + 1, argc), argv + argc);
-    CLI::App app{"Record, read and replay EGL and OpenGL ES calls"};
-    app.require_subcommand(1);
-    AddRecordCommand(app, application);
-    AddInfoCommand(app);
-    AddDumpCommand(app);
-    AddReplayCommand(app);
-    AddFramesCommand(app);
-    AddRepairCommand(app);
-    AddRemoteCommand(app);
-    AddPerfCommand(app);
-    AddDiscoverCommand(app);
-    app.set_version_flag("--version", "nebtrace " NEBTRACE_VERSION);
-    for (CLI::App* command : app.get_subcommands({}))
-        command->set_version_flag("--version", "nebtrace " NEBTRACE_VERSION);
+    CLI::App app{"", "nebtrace"};
+    DefineCommandLine(app, application);
     try
     {
         app.parse(own, argv);

@@ -330,12 +330,14 @@ void AddPerfCommand(CLI::App& app)
         "Applications are started with `nebtrace record --profile -- APP`, before or after this.\n"
         "It ends with q or Ctrl-C. A connection's first block of counters is what its frames are\n"
         "counted from, and no frame.");
-    command->add_option("--csv", options->csv, "Write a line for each frame into this file");
+    command->add_option("--csv", options->csv, "Write a line for each frame into this file")
+        ->type_name("FILE");
     CLI::Option* const json =
         command->add_flag("--json", options->json, "Print an object for each frame, one a line");
     command
         ->add_option("--set", options->settings,
-                     "NAME=VALUE: set an item of every application that comes; see --list. Repeatable")
+                     "Set an item of every application that comes; see --list. Repeatable")
+        ->type_name("NAME=VALUE")
         ->check([](std::string const& text) {
             return perf::ParseSetting(text) ? std::string() : "a setting is NAME=VALUE: " + text;
         })
@@ -343,11 +345,13 @@ void AddPerfCommand(CLI::App& app)
         ->expected(1)
         ->allow_extra_args(false);
     command->add_option("--frames", options->frames, "End when this many frames have come")
+        ->type_name("N")
         ->check(CLI::PositiveNumber);
     command->add_flag("--list", options->list, "Print the items of the first application, and end")
         ->excludes(json);
     command
         ->add_option("--timeout", options->timeout, "Give up after this many seconds without an application")
+        ->type_name("SECONDS")
         ->check(CLI::PositiveNumber);
     command->callback([options] { perf::RunPerf(*options); });
 }

@@ -89,9 +89,12 @@ void AddRecordCommand(CLI::App& app, std::vector<std::string> const& application
     CLI::App* const command = app.add_subcommand("record", "Run an application and record its calls");
     command->footer("What follows -- is the application and its arguments:\n"
                     "  nebtrace record --frames 10-19 -o gears.nebt -- es2gears_x11 -fullscreen");
-    command->add_option("-o,--output", options->output,
-                        "The trace file; %pid in it becomes the process ID (default trace.nebt)");
+    command
+        ->add_option("-o,--output", options->output,
+                     "The trace file; %pid in it becomes the process ID (default trace.nebt)")
+        ->type_name("FILE");
     CLI::Option* const range = command->add_option("--frames", *frames, "Record these frames only: A-B or N")
+                                   ->type_name("FRAMES")
                                    ->check(record::CheckFrames);
     command->add_flag("--no-data", options->noData, "Leave the contents of arrays out");
     command->add_flag("--save-frames", options->saveFrames, "Keep the pixels of each frame");
@@ -107,11 +110,14 @@ void AddRecordCommand(CLI::App& app, std::vector<std::string> const& application
     command->add_flag("--wait", options->networkWait, "Hold the application until a client lets it go on")
         ->needs(network);
     command->add_option("--config", options->config, "Start from this configuration file")
+        ->type_name("FILE")
         ->check(CLI::ExistingFile);
     command->add_flag("--force", options->force, "Set an existing nebtrace.cfg aside for the run");
-    command->add_option("--host-egl", options->host.egl, "The machine's EGL library");
-    command->add_option("--host-gles1", options->host.es1, "The machine's OpenGL ES 1 library");
-    command->add_option("--host-gles2", options->host.es2, "The machine's OpenGL ES 2 library");
+    command->add_option("--host-egl", options->host.egl, "The machine's EGL library")->type_name("FILE");
+    command->add_option("--host-gles1", options->host.es1, "The machine's OpenGL ES 1 library")
+        ->type_name("FILE");
+    command->add_option("--host-gles2", options->host.es2, "The machine's OpenGL ES 2 library")
+        ->type_name("FILE");
     command->add_flag("-v,--verbose", options->verbosity,
                       "Let the recorder tell what it does; more with -vv");
     command->callback([options, frames] {

@@ -249,11 +249,14 @@ void Stop(Options const& options)
 void AddRecord(CLI::App& remote, std::shared_ptr<Options> const& options)
 {
     CLI::App* const command = remote.add_subcommand("record", "Record until told to stop, into a file here");
-    command->add_option("-o,--output", options->output, "The trace file (default trace.nebt)");
+    command->add_option("-o,--output", options->output, "The trace file (default trace.nebt)")
+        ->type_name("FILE");
     CLI::Option* const frames =
         command->add_option("--frames", options->frames, "Stop when this many frames have come")
+            ->type_name("N")
             ->check(CLI::PositiveNumber);
     CLI::Option* const seconds = command->add_option("--seconds", options->seconds, "Stop after this time")
+                                     ->type_name("SECONDS")
                                      ->check(CLI::PositiveNumber)
                                      ->excludes(frames);
     command->add_flag("--until-enter", options->untilEnter, "Stop when Enter is pressed, or input ends")
@@ -262,6 +265,7 @@ void AddRecord(CLI::App& remote, std::shared_ptr<Options> const& options)
     command
         ->add_option("--times", options->times,
                      "Record as often, one after the other, into FILE, FILE-2, ...")
+        ->type_name("N")
         ->check(CLI::Range(1, 1000));
     command->footer("Without a limit it records until Ctrl-C, or until the application ends.");
     command->callback([options] { Record(*options); });
@@ -274,13 +278,14 @@ void AddRemoteCommand(CLI::App& app)
     auto const options = std::make_shared<remote::Options>();
     CLI::App* const command =
         app.add_subcommand("remote", "Record from an application that runs under the recorder's server");
-    command->add_option("address", options->address, "HOST or HOST:PORT of the application")
+    command->add_option("ADDRESS", options->address, "HOST or HOST:PORT of the application")
         ->required()
         ->check([](std::string const& text) {
             return remote::ParseAddress(text) ? std::string() : "an address is HOST or HOST:PORT: " + text;
         });
     command->add_flag("--wait", options->wait, "Try again until the application is up");
     command->add_option("--timeout", options->timeout, "Seconds to wait for an answer (default 10)")
+        ->type_name("SECONDS")
         ->check(CLI::Range(1, 3600));
     command->require_subcommand(1);
     command->fallthrough();
@@ -290,6 +295,7 @@ void AddRemoteCommand(CLI::App& app)
     });
     CLI::App* const pause = command->add_subcommand("pause", "Hold it until Enter is pressed");
     pause->add_option("--seconds", options->seconds, "Hold it for this time instead")
+        ->type_name("SECONDS")
         ->check(CLI::PositiveNumber);
     pause->callback([options] { remote::Pause(*options); });
     command->add_subcommand("resume", "Let an application go on that waits for a client")

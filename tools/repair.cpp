@@ -184,6 +184,8 @@ void AddRepairCommand(CLI::App& app)
     CLI::App* const repair = app.add_subcommand(
         "repair", "Keep the whole records of a trace that was cut short, and add a footer");
     repair->add_option("FILE", options->file, "The trace; it stays as it is")->required();
-    repair->add_option("-o", options->out, "The repaired trace; a trace that is whole is copied")->required();
+    repair->add_option("-o", options->out, "The repaired trace; a trace that is whole is copied")
+        ->type_name("FILE")
+        ->required();
     repair->callback([options] { RunRepair(options->file, options->out); });
 }

@@ -69,14 +69,19 @@ void AddReplayCommand(CLI::App& app)
     replay->add_option("FILE", choice->file, "The trace")->required();
     replay->add_flag("--verify", choice->verify,
                      "Compare each frame with the recorded one; exit code 1 if any differs");
-    replay->add_option("--out", choice->out, "Write the replayed frames to this folder as PNG files");
-    replay->add_option("--diff", choice->difference,
-                       "Write frames that differ to this folder: recorded, replayed, and their difference");
+    replay->add_option("--out", choice->out, "Write the replayed frames to this folder as PNG files")
+        ->type_name("DIR");
+    replay
+        ->add_option("--diff", choice->difference,
+                     "Write frames that differ to this folder: recorded, replayed, and their difference")
+        ->type_name("DIR");
     replay
         ->add_option("--frames", choice->frames,
                      "Compare, write and time only these frames of the file: A-B, A- or A")
+        ->type_name("FRAMES")
         ->check(CheckRange);
     replay->add_option("--loop", choice->loops, "Replay this many times, each from an empty context")
+        ->type_name("N")
         ->check(CLI::Range(1, 1000000));
     replay->add_flag("--bench", choice->bench, "Print how long frames take; errors are not looked for");
     replay->add_flag("--check-queries", choice->checkQueries,

@@ -18,7 +18,7 @@ bool AsBool(CNEBTString const& value) { return value.c_str()[0] != '0'; }
 
 int AsNumber(CNEBTString const& value) { return std::atoi(value.c_str()); }
 
-void SetEs3Path(STraceConfig& config, CNEBTString const& value)
+void SetEs3LibraryPath(STraceConfig& config, CNEBTString const& value)
 {
     config.m_es3LibraryPath = value;
     if (value.length() > 2)
@@ -62,13 +62,13 @@ void SetNetworkSendData(STraceConfig&, CNEBTString const& value)
         STraceConfig::m_sendOverNetwork = AsBool(value);
 }
 
-void AddExcludedProcess(STraceConfig&, CNEBTString const& value)
+void SetProcessNameExclude(STraceConfig&, CNEBTString const& value)
 {
     STraceConfig::m_processNameExclude += ";";
     STraceConfig::m_processNameExclude += value;
 }
 
-void SetOptimizeRs(STraceConfig&, CNEBTString const& value)
+void SetOptimizeRS(STraceConfig&, CNEBTString const& value)
 {
     STraceConfig::m_optimizationRS = AsBool(value);
     STraceConfig::m_optimizationRSWasSet = true;
@@ -104,29 +104,26 @@ struct SKey
     void (*set)(STraceConfig& config, CNEBTString const& value);
 };
 
+// Those that do no more than store their value.
+constexpr auto SetEglLibraryPath = SetPath<&STraceConfig::m_eglLibraryPath>;
+constexpr auto SetEs1LibraryPath = SetPath<&STraceConfig::m_es1LibraryPath>;
+constexpr auto SetEs2LibraryPath = SetPath<&STraceConfig::m_es2LibraryPath>;
+constexpr auto SetTraceFile = SetText<&STraceConfig::m_traceOutfilePath>;
+constexpr auto SetStartFrame = SetNumber<uint32_t, &STraceConfig::m_ui32StartFrame>;
+constexpr auto SetEndFrame = SetNumber<uint32_t, &STraceConfig::m_ui32EndFrame>;
+constexpr auto SetNetworkWait = SetFlag<&STraceConfig::m_bNetworkWait>;
+constexpr auto SetSaveFileToDisk = SetFlag<&STraceConfig::m_saveFileToDisk>;
+constexpr auto SetProcessNameWrite = SetText<&STraceConfig::m_processNameWrite>;
+constexpr auto SetExitOnLastFrame = SetFlag<&STraceConfig::m_exitAfterLastFrame>;
+constexpr auto SetDebugInfo = SetNumber<int, &STraceConfig::m_debugInfo>;
+constexpr auto SetSwapInterval = SetNumber<int, &STraceConfig::m_i32SwapInterval>;
+constexpr auto SetProfile = SetFlag<&STraceConfig::m_bProfile>;
+constexpr auto SetFileWindow = SetNumber<int, &STraceConfig::m_fileWindow>;
+
 constexpr SKey kKeys[] = {
-    {"EglLibraryPath", SetPath<&STraceConfig::m_eglLibraryPath>},
-    {"Es1LibraryPath", SetPath<&STraceConfig::m_es1LibraryPath>},
-    {"Es2LibraryPath", SetPath<&STraceConfig::m_es2LibraryPath>},
-    {"Es3LibraryPath", SetEs3Path},
-    {"TraceFile", SetText<&STraceConfig::m_traceOutfilePath>},
-    {"RecordData", SetRecordData},
-    {"SaveFrameBuffer", SetSaveFrameBuffer},
-    {"StartFrame", SetNumber<uint32_t, &STraceConfig::m_ui32StartFrame>},
-    {"EndFrame", SetNumber<uint32_t, &STraceConfig::m_ui32EndFrame>},
-    {"Network", SetNetwork},
-    {"NetworkWait", SetFlag<&STraceConfig::m_bNetworkWait>},
-    {"SaveFileToDisk", SetFlag<&STraceConfig::m_saveFileToDisk>},
-    {"ProcessNameExclude", AddExcludedProcess},
-    {"ProcessNameWrite", SetText<&STraceConfig::m_processNameWrite>},
-    {"NetworkBufferSize", SetNetworkBufferSize},
-    {"NetworkSendData", SetNetworkSendData},
-    {"ExitOnLastFrame", SetFlag<&STraceConfig::m_exitAfterLastFrame>},
-    {"DebugInfo", SetNumber<int, &STraceConfig::m_debugInfo>},
-    {"SwapInterval", SetNumber<int, &STraceConfig::m_i32SwapInterval>},
-    {"Profile", SetFlag<&STraceConfig::m_bProfile>},
-    {"OptimizeRS", SetOptimizeRs},
-    {"FileWindow", SetNumber<int, &STraceConfig::m_fileWindow>},
+#define CONFIG_KEY(group, name, value, initial, effect) {#name, Set##name},
+#include "api/config_keys.def"
+#undef CONFIG_KEY
 };
 
 void StripBlanksAndNewlinesFromEndOf(CNEBTString& text)

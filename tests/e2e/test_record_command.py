@@ -232,12 +232,13 @@ class RecordCommand(ScratchTest):
     def test_help_and_version_work_for_every_command(self):
         version = self.run_command(NEBTRACE, "--version").stdout
         self.assertTrue(version.startswith("nebtrace "))
-        for command in ([], ["record"], ["info"], ["dump"], ["repair"]):
+        for command in ([], ["record"], ["info"], ["dump"], ["repair"], ["remote"], ["perf"]):
             with self.subTest(command=command):
                 self.assertEqual(self.run_command(NEBTRACE, *command, "--version").stdout, version)
                 told = self.run_command(NEBTRACE, *command, "--help")
                 self.assertEqual((told.returncode, told.stderr), (0, ""))
                 self.assertIn("--help", told.stdout)
+                self.assertIn("Usage: nebtrace", told.stdout)
 
     # The recorder opens the file by the text of a line in its configuration, which cannot hold everything.
     def test_an_output_that_the_configuration_cannot_carry_is_refused(self):

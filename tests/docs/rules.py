@@ -4,7 +4,7 @@ import re
 import shlex
 import subprocess
 
-from markdown import BadMarkdown, blocks_of, commands_of, spans_of
+from markdown import BadMarkdown, blocks_of, commands_of, prose_of, spans_of
 
 # A reason, and what a command is like that has it. A command that is like none of them is run.
 REASONS = {
@@ -68,10 +68,11 @@ def commands_to_run(text):
 
 
 def mentioned_commands(text):
-    """Command lines that no test runs: those of marked blocks, and those in the prose."""
+    """Command lines that no test runs: those of marked blocks, indented ones, and those in the prose."""
     marked = [command.text for block in blocks_of(text) if block.kind in COMMAND_BLOCKS and block.not_run is not None
               for command in commands_of(block)]
-    return marked + [span for span in spans_of(text) if re.match(r"(nebtrace|\./dev) ", span)]
+    indented = [line.strip() for line in prose_of(text).splitlines() if re.match(r" {4,}nebtrace [a-z]", line)]
+    return marked + indented + [span for span in spans_of(text) if re.match(r"(nebtrace|\./dev) ", span)]
 
 
 def words_of(command, name):

@@ -107,8 +107,9 @@ class Help:
 
     def options(self, *words):
         listed = self._text(*words).partition("Options:\n")[2].partition("Subcommands:")[0]
-        names = re.findall(r"^  (-[-\w,]+)", listed, re.MULTILINE)
-        return {option for name in names for option in name.split(",")}
+        # Names and value, as "-o,--output FILE" or "-o, --output FILE"; what they are for is further to the right.
+        heads = [re.split(r"\s{2,}", line)[0] for line in re.findall(r"^  (-.*)$", listed, re.MULTILINE)]
+        return {option for head in heads for option in re.findall(r"(?<![\w-])--?[A-Za-z][\w-]*", head)}
 
     def fault_of(self, command):
         """What `nebtrace` would not take of a command line, or None."""

@@ -14,7 +14,7 @@ from support import NEBTRACE, SOURCE  # noqa: E402
 from markdown import BadMarkdown, anchors_of, blocks_of, commands_of, is_as_shown, links_of, prose_of, spans_of  # noqa: E402
 from rules import Help, commands_to_run, dev_fault_of, faults_of, mentioned_commands, unknown_keys  # noqa: E402
 
-GUIDES = ("ARCHITECTURE.md", "CONTRIBUTING.md")  # they name files and functions, all of which must be there
+GUIDES = ("ARCHITECTURE.md", "CONTRIBUTING.md")  # they name functions, all of which must be there
 FILE_NAME = re.compile(r"[\w./*-]+(\.(cpp|h|inc|def|py|txt|md|json|cmake|sh|supp|dict|map)|/)")
 CODE_NAME = re.compile(r"~?[A-Za-z_]\w+(::~?\w+)*(?<!_)")
 PARTS = "docs/man/"  # what manual pages are made of, which are not read as they are
@@ -104,11 +104,20 @@ class Documents(unittest.TestCase):
                       for link in links_of(texts[name]) if not re.match(r"[a-z]+:|#", link)]
         self.assertEqual({name for name in texts if not name.startswith(PARTS)} - reached, set())
 
-    def test_files_that_the_guides_name_are_there(self):
-        for name in GUIDES:
-            missing = [span for span in spans_of(read(name)) if FILE_NAME.fullmatch(span)
-                       and not span.startswith(("/", "build/")) and not paths_of(span)]
+    def test_files_that_documents_name_are_there(self):
+        for name, text in documents().items():
+            missing = [span for span in spans_of(text) if FILE_NAME.fullmatch(span)
+                       and not span.startswith(("/", "build/")) and not paths_of(span.replace("NAME", "*"))]
             self.assertEqual(missing, [], name)
+
+    # Limits and oddities name the tests that pin them.
+    def test_tests_that_documents_name_are_there(self):
+        tests = "".join(read(path) for path in tree() if path.startswith("tests/") and path.endswith((".cpp", ".py")))
+        known = {f"{suite}.{name}" for suite, name in re.findall(r"\bTEST(?:_F|_P)?\((\w+),\s*(\w+)\)", tests)}
+        known |= set(re.findall(r"def (test_\w+)", tests))
+        for document, text in documents().items():
+            named = [span for span in spans_of(text) if re.fullmatch(r"[A-Z]\w+\.[A-Z]\w+|test_\w+", span)]
+            self.assertEqual([name for name in named if name not in known], [], document)
 
     def test_functions_that_the_guides_name_are_there(self):
         for name in GUIDES:

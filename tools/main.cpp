@@ -1,5 +1,6 @@
 // The `nebtrace` command: parses the command line and hands over to a subcommand.
 #include "commands.h"
+#include "exit_codes.h"
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <csignal>
@@ -7,9 +8,6 @@
 #include <cstring>
 #include <exception>
 #include <iostream>
-
-static constexpr int kUsageError = 2;
-static constexpr int kFailure = 1;
 
 // `nebtrace record ... -- APP ARGS...`: what stands behind the first "--" is the application's own, and the
 // parser must not see it: to it "[a,b]" is a list of two. Returns the number of arguments ahead of that.
@@ -49,9 +47,9 @@ static int Run(int argc, char** argv)
         if (error.get_exit_code() == 0)
             return app.exit(error);  // --help and --version
         std::cerr << "nebtrace: " << error.what() << "\n";
-        return kUsageError;
+        return kExitUsage;
     }
-    return 0;
+    return kExitSuccess;
 }
 
 int main(int argc, char** argv)
@@ -65,6 +63,6 @@ int main(int argc, char** argv)
     } catch (std::exception const& error)
     {
         std::cerr << "nebtrace: " << error.what() << "\n";
-        return kFailure;
+        return kExitFailure;
     }
 }

@@ -1,6 +1,7 @@
 // `nebtrace perf`: the performance server. Shows what applications under the profiler do in each frame, and
 // switches their overrides.
 #include "commands.h"
+#include "exit_codes.h"
 #include "perf/output.h"
 #include "perf/server.h"
 #include "perf/terminal.h"
@@ -113,7 +114,7 @@ void Perf::Run()
     }
     m_terminal.reset();
     if (int const signal = SignalWatch::EndAsked(); signal != 0 && m_frames < m_options.frames)
-        throw ExitWith{128 + signal};
+        throw ExitWith{kExitSignal + signal};
 }
 
 // Those that take a ticket and never speak are no company.
@@ -268,7 +269,7 @@ void RunPerf(Options const& options)
         Perf(options).Run();
     } catch (OutputClosed const&)
     {
-        throw ExitWith{128 + (SignalWatch::EndAsked() != 0 ? SignalWatch::EndAsked() : SIGPIPE)};
+        throw ExitWith{kExitSignal + (SignalWatch::EndAsked() != 0 ? SignalWatch::EndAsked() : SIGPIPE)};
     }
 }
 }  // namespace

@@ -1,5 +1,6 @@
 #include "replay_report.h"
 #include "commands.h"
+#include "exit_codes.h"
 #include "picture_file.h"
 #include <algorithm>
 #include <cinttypes>
@@ -109,5 +110,5 @@ void ReplayReport::Finish()
     if (m_choice.verify && m_compared == 0)
         throw CommandFailed(m_choice.file + ": no frame was recorded with its pixels, so none was verified");
     if (m_choice.verify && m_differing != 0)
-        throw ExitWith{1};
+        throw ExitWith{kExitFailure};
 }

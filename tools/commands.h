@@ -31,3 +31,4 @@ void AddRepairCommand(CLI::App& app);
 void AddRemoteCommand(CLI::App& app);
 void AddPerfCommand(CLI::App& app);
 void AddDiscoverCommand(CLI::App& app);
+void AddDoctorCommand(CLI::App& app);

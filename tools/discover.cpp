@@ -14,7 +14,6 @@
 
 namespace
 {
-constexpr uint16_t kAnnouncementPort = 6522;
 constexpr char kAnnouncement[] = "hello";
 
 struct Options
@@ -31,12 +30,12 @@ public:
         int const on = 1;
         sockaddr_in address{};
         address.sin_family = AF_INET;
-        address.sin_port = htons(kAnnouncementPort);
+        address.sin_port = htons(remote::kAnnouncementPort);
         address.sin_addr.s_addr = htonl(INADDR_ANY);
         setsockopt(m_socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
         if (m_socket < 0 || bind(m_socket, reinterpret_cast<sockaddr const*>(&address), sizeof address) != 0)
-            throw CommandFailed("cannot listen on UDP port " + std::to_string(kAnnouncementPort) + ": " +
-                                std::strerror(errno));
+            throw CommandFailed("cannot listen on UDP port " + std::to_string(remote::kAnnouncementPort) +
+                                ": " + std::strerror(errno));
     }
     ~AnnouncementSocket()
     {

@@ -4,7 +4,7 @@
 enum ExitCode : int
 {
     kExitSuccess = 0,
-    kExitFailure = 1,        // with one line on standard error
+    kExitFailure = 1,        // with one line on standard error; of `doctor`, with a problem
     kExitUsage = 2,          // a mistake on the command line: nothing was done
     kExitNotRunnable = 126,  // `record`: as env(1) and shells have it
     kExitNotFound = 127,

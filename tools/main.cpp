@@ -36,6 +36,7 @@ static int Run(int argc, char** argv)
     AddRemoteCommand(app);
     AddPerfCommand(app);
     AddDiscoverCommand(app);
+    AddDoctorCommand(app);
     app.set_version_flag("--version", "nebtrace " NEBTRACE_VERSION);
     for (CLI::App* command : app.get_subcommands({}))
         command->set_version_flag("--version", "nebtrace " NEBTRACE_VERSION);

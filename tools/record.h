@@ -48,6 +48,30 @@ struct Options
 // The folder of the front ends that belongs to this program, in the build tree or where it is installed.
 std::filesystem::path FrontEndFolder();
 
+// Set while libraries are only asked where they are: should the linker find a front end, its recorder stays
+// asleep.
+constexpr char kAsleep[] = "NEBTRACE_INSTALLER_HOST_QUERY_WD48LZ";
+
+// One of the machine's libraries.
+struct HostLibrary
+{
+    std::vector<char const*> names;  // which the linker is asked for, in this order
+    char const* option;              // that names another
+    char const* package;             // of Debian's, which brings it
+};
+extern HostLibrary const kHostEgl;
+extern HostLibrary const kHostEs1;
+extern HostLibrary const kHostEs2;
+
+struct FoundLibrary
+{
+    std::string path;    // empty if there is none
+    std::string reason;  // why not
+};
+
+// The library that an application would get. Throws CommandFailed where that is a front end.
+FoundLibrary FindHostLibrary(HostLibrary const& library, std::filesystem::path const& frontEnds);
+
 // The machine's own libraries, by full path: those given, the others as the dynamic linker finds them.
 HostLibraries FindHostLibraries(HostLibraries const& given, std::filesystem::path const& frontEnds);
 

@@ -1,5 +1,6 @@
 // `nebtrace discover`: prints the addresses of applications that announce themselves on the local network.
 #include "commands.h"
+#include "port_owner.h"
 #include "remote/session.h"
 #include <CLI/CLI.hpp>
 #include <arpa/inet.h>
@@ -22,6 +23,12 @@ struct Options
     unsigned count = 0;  // 0: no limit
 };
 
+std::string Reason(int error)
+{
+    std::string const owner = error == EADDRINUSE ? PortOwner(PortKind::Udp, remote::kAnnouncementPort) : "";
+    return std::strerror(error) + (owner.empty() ? std::string() : "; end process " + owner + " first");
+}
+
 class AnnouncementSocket
 {
 public:
@@ -35,7 +42,7 @@ public:
         setsockopt(m_socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
         if (m_socket < 0 || bind(m_socket, reinterpret_cast<sockaddr const*>(&address), sizeof address) != 0)
             throw CommandFailed("cannot listen on UDP port " + std::to_string(remote::kAnnouncementPort) +
-                                ": " + std::strerror(errno));
+                                ": " + Reason(errno));
     }
     ~AnnouncementSocket()
     {
@@ -89,7 +96,7 @@ void Discover(Options const& options)
         }
     }
     if (known.empty())
-        throw CommandFailed("nobody announced itself");
+        throw CommandFailed("nobody announced itself; nebtrace remote takes an address that you know");
 }
 }  // namespace
 

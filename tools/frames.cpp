@@ -3,6 +3,7 @@
 #include "dump_options.h"
 #include "picture_file.h"
 #include "trace/reader.h"
+#include "trace_fault.h"
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
@@ -54,10 +55,10 @@ void RunFrames(Choice const& choice)
     }
     std::cout << written << (written == 1 ? " frame" : " frames") << " written to " << choice.folder << "\n";
     if (reader->End() != EndState::Reading && !reader->EndedInOrder())
-        throw CommandFailed(choice.file + ": at offset " + std::to_string(reader->EndOffset()) + ": " +
-                            reader->EndReason());
+        throw CommandFailed(TraceFault(choice.file, *reader));
     if (written == 0)
-        throw CommandFailed(choice.file + ": no frame in the range was recorded with its pixels");
+        throw CommandFailed(choice.file + ": no frame in the range was recorded with its pixels, "
+                                          "as nebtrace record --save-frames does");
 }
 }  // namespace
 

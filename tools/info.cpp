@@ -3,6 +3,7 @@
 #include "dump_output.h"
 #include "trace/decode.h"
 #include "trace/reader.h"
+#include "trace_fault.h"
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <map>
@@ -263,11 +264,6 @@ std::string ToText(std::string const& file, Reader const& reader, Summary const&
     return text;
 }
 
-std::string Fault(std::string const& file, Reader const& reader)
-{
-    return file + ": at offset " + std::to_string(reader.EndOffset()) + ": " + reader.EndReason();
-}
-
 void RunInfo(std::string const& file, bool json)
 {
     std::string error;
@@ -275,7 +271,7 @@ void RunInfo(std::string const& file, bool json)
     if (!reader)
         throw CommandFailed(error);
     if (reader->End() != EndState::Reading)
-        throw CommandFailed(Fault(file, *reader));
+        throw CommandFailed(TraceFault(file, *reader));
     Summary summary;
     summary.Read(*reader);
     Output output;
@@ -285,7 +281,7 @@ void RunInfo(std::string const& file, bool json)
     if (!output.Line(text) || !output.Flush())
         return;
     if (!reader->EndedInOrder())
-        throw CommandFailed(Fault(file, *reader));
+        throw CommandFailed(TraceFault(file, *reader));
 }
 }  // namespace
 

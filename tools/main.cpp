@@ -21,6 +21,15 @@ static int CountOwnArguments(int argc, char** argv)
     return argc;
 }
 
+// The help of the subcommand that was meant, as far as there is one.
+static std::string HelpFor(CLI::App const& app, int argc, char** argv)
+{
+    auto const isMeant = [=](CLI::App const* command) { return argc > 1 && command->get_name() == argv[1]; };
+    auto const commands = app.get_subcommands([](CLI::App const*) { return true; });
+    bool const known = std::any_of(commands.begin(), commands.end(), isMeant);
+    return known ? std::string("nebtrace ") + argv[1] + " --help" : "nebtrace --help";
+}
+
 static int Run(int argc, char** argv)
 {
     int const own = CountOwnArguments(argc, argv);
@@ -47,7 +56,7 @@ static int Run(int argc, char** argv)
     {
         if (error.get_exit_code() == 0)
             return app.exit(error);  // --help and --version
-        std::cerr << "nebtrace: " << error.what() << "\n";
+        std::cerr << "nebtrace: " << error.what() << "; " << HelpFor(app, argc, argv) << " tells more\n";
         return kExitUsage;
     }
     return kExitSuccess;

@@ -129,7 +129,7 @@ void Perf::CheckPatience()
     std::string const came = m_options.frames == 0 ? std::string()
                                                    : ": " + std::to_string(m_frames) + " of " +
                                                          std::to_string(m_options.frames) + " frames came";
-    throw CommandFailed("no application" + came);
+    throw CommandFailed("no application" + came + "; nebtrace record --profile -- APP starts one");
 }
 
 // All settings are looked at before the first one goes out: a name that is wrong changes nothing.

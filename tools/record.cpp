@@ -29,7 +29,7 @@ std::optional<FrameRange> ParseFrames(std::string const& text)
     return FrameRange{static_cast<int>(first), static_cast<int>(last)};
 }
 
-void ReportOutcome(Options const& options, std::string const& config, TraceFiles const& files)
+void ReportOutcome(Options const& options, std::string const& config, TraceFiles const& files, int code)
 {
     bool recorded = false;
     for (fs::path const& file : files.Written())
@@ -38,18 +38,8 @@ void ReportOutcome(Options const& options, std::string const& config, TraceFiles
         std::cerr << "nebtrace: " << summary.line << "\n";
         recorded = recorded || !summary.empty;
     }
-    if (recorded)
-        return;
-    std::string const profile = ConfigValue(config, "Profile").value_or("0");
-    if (!profile.empty() && profile[0] != '0')
-        std::cerr << "nebtrace: profiling, so nothing was recorded\n";
-    else if (std::string const obstacle = files.Obstacle(); files.Written().empty() && !obstacle.empty())
-        std::cerr << "nebtrace: nothing was recorded: " << obstacle << "\n";
-    else if (files.Written().empty())
-        std::cerr << "nebtrace: nothing was recorded: " << options.command[0]
-                  << " loaded neither EGL nor GLES\n";
-    else
-        std::cerr << "nebtrace: nothing was recorded: no call fell into the frames asked for\n";
+    if (!recorded)
+        std::cerr << "nebtrace: " << WhyNothing(options, config, files, code) << "\n";
 }
 
 [[noreturn]] void Record(Options const& options)
@@ -69,7 +59,7 @@ void ReportOutcome(Options const& options, std::string const& config, TraceFiles
     }
     bool const onDisk = !options.network || !options.output.empty();
     if (pid != 0 && onDisk)
-        ReportOutcome(options, config, files);
+        ReportOutcome(options, config, files, code);
     throw ExitWith{code};
 }
 

@@ -158,4 +158,9 @@ struct Summary
     bool empty = true;
 };
 Summary Summarize(std::filesystem::path const& file);
+
+// --- Where there is none (record_nothing.cpp)
+
+// One line: why the run of this configuration left no call, and ended with this exit code.
+std::string WhyNothing(Options const& options, std::string const& config, TraceFiles const& files, int code);
 }  // namespace record

@@ -86,10 +86,10 @@ int HeldSignals::Start(std::vector<std::string> const& command, std::filesystem:
 {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
-        throw CommandFailed("no pipe can be made");
+        throw CommandFailed(std::string("no pipe can be made: ") + std::strerror(errno));
     pid_t const child = fork();
     if (child < 0)
-        throw CommandFailed("no process can be made");
+        throw CommandFailed(std::string("no process can be made: ") + std::strerror(errno));
     if (child == 0)
     {
         Release();

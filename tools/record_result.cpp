@@ -102,7 +102,8 @@ Summary Summarize(fs::path const& file)
         line << "; of these " << reader->TrailingZeros()
              << " unused at the end, which nebtrace repair takes away";
     if (!reader->EndedInOrder())
-        line << "; ends at offset " << reader->EndOffset() << ": " << reader->EndReason();
+        line << "; ends at offset " << reader->EndOffset() << ": " << reader->EndReason()
+             << "; nebtrace repair keeps what is whole";
     return {line.str(), calls == 0};
 }
 }  // namespace record

@@ -165,7 +165,7 @@ void Recording::Report()
     if (m_client->Repeated() != 0)
         m_client.Say(std::to_string(m_client->Repeated()) + " packets were cut off and sent again");
     if (!m_stream.Gap().empty())
-        throw CommandFailed(m_stream.Path() + ": " + m_stream.Gap());
+        throw CommandFailed(m_stream.Path() + ": " + m_stream.Gap() + "; record again");
 }
 
 void Recording::Run()
@@ -184,7 +184,9 @@ void Recording::Run()
     }
     Report();
     if (lost)
-        throw CommandFailed(m_stream.Path() + " has no end: it holds what came until then");
+        throw CommandFailed(m_stream.Path() +
+                            " has no end: it holds what came until then, and nebtrace repair "
+                            "gives it one");
 }
 
 void Record(Options const& options)

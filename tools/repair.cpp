@@ -4,6 +4,7 @@
 #include "state_behind_frames.h"
 #include "trace/layout.h"
 #include "trace/reader.h"
+#include "trace_fault.h"
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
@@ -58,8 +59,7 @@ Findings Examine(std::string const& path)
     if (!reader->Size())
         throw CommandFailed(path + ": only a regular file can be repaired");
     if (reader->End() != EndState::Reading)
-        throw CommandFailed(path + ": at offset " + std::to_string(reader->EndOffset()) + ": " +
-                            reader->EndReason());
+        throw CommandFailed(TraceFault(path, *reader));
     Findings findings;
     Record record;
     while (reader->Next(record))

@@ -2,6 +2,7 @@
 #include "commands.h"
 #include "dump_options.h"
 #include "replay_report.h"
+#include "trace_fault.h"
 #include <CLI/CLI.hpp>
 #include <iostream>
 
@@ -42,8 +43,7 @@ void RunReplay(ReplayChoice const& choice)
     std::string error;
     if (!TakeSurvey(choice.file, survey, error))
         throw CommandFailed(error);
-    std::string const damage =
-        choice.file + ": at offset " + std::to_string(survey.endOffset) + ": " + survey.endReason;
+    std::string const damage = TraceFault(choice.file, survey.end, survey.endOffset, survey.endReason);
     bool const headless = survey.endOffset < kHeaderSize;
     if (headless)
         throw CommandFailed(damage);

@@ -108,7 +108,8 @@ void ReplayReport::Finish()
         std::printf("%" PRIu64 " frames compared, %" PRIu64 " differ\n", m_compared, m_differing);
     std::fflush(stdout);
     if (m_choice.verify && m_compared == 0)
-        throw CommandFailed(m_choice.file + ": no frame was recorded with its pixels, so none was verified");
+        throw CommandFailed(m_choice.file + ": no frame was recorded with its pixels, so none was "
+                                            "verified; nebtrace record --save-frames keeps them");
     if (m_choice.verify && m_differing != 0)
         throw ExitWith{kExitFailure};
 }

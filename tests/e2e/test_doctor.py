@@ -84,6 +84,14 @@ class Doctor(ScratchTest):
         self.assertIn("libegl-mesa0", then)
         self.assertIn("libgl1-mesa-dri", then)
 
+    # Libraries without a driver behind them.
+    def test_no_driver(self):
+        self.environment["__EGL_VENDOR_LIBRARY_DIRS"] = self.folder
+        verdict, found, then = self.the_finding("OpenGL ES 2 context", code=1)
+        self.assertEqual(verdict, "problem")
+        self.assertTrue(found.startswith("no EGL display can be opened"), found)
+        self.assertTrue(then.startswith("install libegl-mesa0 and libgl1-mesa-dri "), then)
+
     # A library path that leads to the front ends is told once, and nothing is tried through them.
     def test_front_ends_on_the_library_path(self):
         self.environment["LD_LIBRARY_PATH"] = os.path.join(BUILD, "frontends")

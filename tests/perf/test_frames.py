@@ -100,7 +100,8 @@ class Frames(PerfTest):
                 self.assertEqual(shared_objects(), [])
         for setting in ("Disable blending", "=1", "Disable blending="):
             code, _, err = self.perf("--set", setting).finish()
-            self.assertEqual((code, err), (2, f"nebtrace: --set: a setting is NAME=VALUE: {setting}\n"))
+            self.assertEqual((code, err), (2, f"nebtrace: --set: a setting is NAME=VALUE: {setting}; nebtrace perf --help "
+                                           "tells more\n"))
 
     # --list shows the items of the first application, and what they may be.
     def test_list(self):
@@ -113,7 +114,7 @@ class Frames(PerfTest):
     # Without an application it gives up in time, and says what is missing.
     def test_timeout(self):
         code, _, err = self.perf("--timeout", "0.1").finish()
-        self.assertEqual((code, err), (1, "nebtrace: no application\n"))
+        self.assertEqual((code, err), (1, "nebtrace: no application; nebtrace record --profile -- APP starts one\n"))
         application = self.application()
         application.tell("connect")
         server = self.perf("--json", "--timeout", "2", "--frames", "5")
@@ -122,7 +123,7 @@ class Frames(PerfTest):
         self.end(application)
         code, out, err = server.finish()
         self.assertEqual((code, len(out.splitlines())), (1, 1))
-        self.assertIn("nebtrace: no application: 1 of 5 frames came\n", err)
+        self.assertIn("nebtrace: no application: 1 of 5 frames came; nebtrace record --profile ", err)
 
     # A reader that has seen enough closes the pipe: the server ends, and leaves nothing.
     def test_a_closed_pipe_ends_it(self):

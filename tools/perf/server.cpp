@@ -91,40 +91,6 @@ void AllowManyFiles()
 }
 }  // namespace
 
-ServerLock::ServerLock()
-{
-    while (!Take())
-    {
-    }
-}
-
-// False for one that a server removed at its end, between the two calls here: the name stands for another
-// object then, or for none.
-bool ServerLock::Take()
-{
-    m_file = shm_open(kLockName, O_RDWR | O_CREAT, S_IRUSR | S_IWUSR);
-    if (m_file == -1)
-        throw CommandFailed(std::string("shared memory: ") + std::strerror(errno));
-    if (flock(m_file, LOCK_EX | LOCK_NB) != 0)
-    {
-        close(m_file);
-        throw CommandFailed("a performance server is running already");
-    }
-    int const named = shm_open(kLockName, O_RDWR, 0);
-    bool const held = named != -1 && IsSameFile(m_file, named);
-    if (named != -1)
-        close(named);
-    if (!held)
-        close(m_file);
-    return held;
-}
-
-ServerLock::~ServerLock()
-{
-    shm_unlink(kLockName);
-    close(m_file);
-}
-
 // Asks the system's list of locks, not the lock: trying that would hold off a server that begins just now.
 uint32_t RunningServer()
 {
@@ -145,6 +111,44 @@ uint32_t RunningServer()
             return process;
     }
     return 0;
+}
+
+ServerLock::ServerLock()
+{
+    while (!Take())
+    {
+    }
+}
+
+// False for one that a server removed at its end, between the two calls here: the name stands for another
+// object then, or for none.
+bool ServerLock::Take()
+{
+    m_file = shm_open(kLockName, O_RDWR | O_CREAT, S_IRUSR | S_IWUSR);
+    if (m_file == -1)
+        throw CommandFailed(std::string("shared memory: ") + std::strerror(errno) +
+                            "; nebtrace doctor tells more");
+    if (flock(m_file, LOCK_EX | LOCK_NB) != 0)
+    {
+        close(m_file);
+        uint32_t const other = RunningServer();
+        throw CommandFailed(
+            "a performance server is running already" +
+            (other != 0 ? ": end process " + std::to_string(other) + " first" : std::string()));
+    }
+    int const named = shm_open(kLockName, O_RDWR, 0);
+    bool const held = named != -1 && IsSameFile(m_file, named);
+    if (named != -1)
+        close(named);
+    if (!held)
+        close(m_file);
+    return held;
+}
+
+ServerLock::~ServerLock()
+{
+    shm_unlink(kLockName);
+    close(m_file);
 }
 
 Server::Server()
@@ -190,7 +194,7 @@ void Server::Listen()
         !bufOpenOrCreateMutex(m_rendezvous, false, RendezvousName("m").text))
     {
         bufDestMutex(m_rendezvous);
-        throw CommandFailed("no room for the rendezvous in shared memory");
+        throw CommandFailed("no room for the rendezvous in shared memory; make some in /dev/shm");
     }
     m_lastFree = std::chrono::steady_clock::now();
 }

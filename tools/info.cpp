@@ -1,6 +1,7 @@
 // `nebtrace info`: what a trace holds, in numbers.
 #include "commands.h"
 #include "dump_output.h"
+#include "progress_line.h"
 #include "trace/decode.h"
 #include "trace/reader.h"
 #include "trace_fault.h"
@@ -33,7 +34,7 @@ struct FunctionCalls
 class Summary
 {
 public:
-    void Read(Reader& reader);
+    void Read(std::string const& file, Reader& reader);
 
     uint64_t records = 0;
     uint64_t calls = 0;
@@ -62,13 +63,15 @@ private:
     uint64_t m_firstUnfinished = 0;  // offset of the first unfinished call
 };
 
-void Summary::Read(Reader& reader)
+void Summary::Read(std::string const& file, Reader& reader)
 {
     Record record;
+    ProgressLine progress;
     m_snapshot = reader.ProbableSnapshotPosition().value_or(0);
     while (reader.Next(record))
     {
         ++records;
+        progress.ShowReading(file, record.offset, reader.Size().value_or(0));
         if (record.type == RecordType::Call)
             AddCall(record);
         else
@@ -273,7 +276,7 @@ void RunInfo(std::string const& file, bool json)
     if (reader->End() != EndState::Reading)
         throw CommandFailed(TraceFault(file, *reader));
     Summary summary;
-    summary.Read(*reader);
+    summary.Read(file, *reader);
     Output output;
     std::string const text =
         json ? ToJson(file, *reader, summary).dump(2, ' ', true, Json::error_handler_t::replace)

@@ -1,4 +1,5 @@
 // Tells what a recording left.
+#include "progress_line.h"
 #include "record.h"
 #include "trace/reader.h"
 #include <algorithm>
@@ -88,12 +89,15 @@ Summary Summarize(fs::path const& file)
         return {file.string() + " cannot be read: " + error, false};
     uint64_t calls = 0;
     uint64_t frames = 0;
+    ProgressLine progress;
     for (nebtrace::Record record; reader->Next(record);)
     {
+        progress.ShowReading(file.string(), record.offset, reader->Size().value_or(0));
         bool const call = record.type == nebtrace::RecordType::Call;
         calls += call ? 1 : 0;
         frames += call && record.id == nebtrace::kSwapBuffersId ? 1 : 0;
     }
+    progress.Clear();
     std::ostringstream line;
     line << "recorded " << file.string() << ": " << Count(reader->Size().value_or(0), "byte") << ", "
          << Count(frames, "frame") << ", " << Count(calls, "call");

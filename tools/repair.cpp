@@ -1,6 +1,7 @@
 // `nebtrace repair`: a trace that was cut short, with every whole record kept and a footer behind them.
 #include "commands.h"
 #include "new_file.h"
+#include "progress_line.h"
 #include "state_behind_frames.h"
 #include "trace/layout.h"
 #include "trace/reader.h"
@@ -62,8 +63,10 @@ Findings Examine(std::string const& path)
         throw CommandFailed(TraceFault(path, *reader));
     Findings findings;
     Record record;
+    ProgressLine progress;
     while (reader->Next(record))
     {
+        progress.ShowReading(path, record.offset, *reader->Size());
         ++findings.records;
         findings.frames += record.id == kSwapBuffersId ? 1 : 0;
         findings.state.Look(record);

@@ -4,6 +4,7 @@
 #include "replay_report.h"
 #include "trace_fault.h"
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 
 using namespace nebtrace;
@@ -49,13 +50,18 @@ void RunReplay(ReplayChoice const& choice)
         throw CommandFailed(damage);
     ReportEnd(choice.file, survey);
     ReplayReport report(choice);
+    player::ReplayOptions const options = OptionsOf(choice);
     player::ReplayEvents events;
     events.frame = [&report](player::ReplayedFrame const& frame) { report.Frame(frame); };
     events.problem = [&report](player::Problem kind, player::Call const& call, std::string const& text) {
         report.Problem(kind, call, text);
     };
-    for (unsigned loop = 0; loop < choice.loops; ++loop)
-        report.Result(Replay(choice.file, survey, OptionsOf(choice), events));
+    unsigned loop = 0;
+    uint64_t const frames =
+        std::min(survey.frames, options.lastFrame == UINT64_MAX ? UINT64_MAX : options.lastFrame + 1);
+    events.progress = [&](uint64_t frame) { report.Progress(frame, frames, loop); };
+    for (; loop < choice.loops; ++loop)
+        report.Result(Replay(choice.file, survey, options, events));
     report.Finish();
     if (survey.end == EndState::Damaged)
         throw CommandFailed(damage);

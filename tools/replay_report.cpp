@@ -28,6 +28,7 @@ void ReplayReport::Frame(player::ReplayedFrame const& frame)
     if (difference.pixels == 0)
         return;
     ++m_differing;
+    m_progress.Clear();
     std::printf("frame %" PRIu64 " differs: %" PRIu64 " pixels, largest channel difference %u\n", frame.index,
                 difference.pixels, difference.largest);
     if (!m_choice.difference.empty())
@@ -51,11 +52,24 @@ void ReplayReport::Problem(player::Problem kind, player::Call const& call, std::
         line = head + "the replay raised " + text + ", the recording did not";
     else if (kind == player::Problem::QueryDiffers)
         line = head + "answered otherwise: " + text;
+    m_progress.Clear();
     std::fprintf(stderr, "%s\n", line.c_str());
+}
+
+void ReplayReport::Progress(uint64_t frame, uint64_t frames, unsigned round)
+{
+    if (!m_progress.IsDue())
+        return;
+    std::string text = "replaying " + m_choice.file + ": frame " + std::to_string(frame + 1) + " of " +
+                       std::to_string(frames);
+    if (m_choice.loops > 1)
+        text += ", round " + std::to_string(round + 1) + " of " + std::to_string(m_choice.loops);
+    m_progress.Show(text);
 }
 
 void ReplayReport::Result(player::ReplayResult const& result)
 {
+    m_progress.Clear();
     m_calls += result.calls;
     m_callsInRange += result.callsInRange;
     m_frames += result.frames;

@@ -1,6 +1,7 @@
 // What `nebtrace replay` says and writes while it runs, and whether it all went well.
 #pragma once
 #include "player/player.h"
+#include "progress_line.h"
 #include <map>
 #include <string>
 #include <vector>
@@ -26,6 +27,8 @@ public:
     void Frame(nebtrace::player::ReplayedFrame const& frame);
     void Problem(nebtrace::player::Problem kind, nebtrace::player::Call const& call, std::string const& text);
     void Result(nebtrace::player::ReplayResult const& result);
+    // `frame`: how many came before it in the file; `round`: of the loop, from 0.
+    void Progress(uint64_t frame, uint64_t frames, unsigned round);
     // Throws CommandFailed if what was asked to be checked does not hold.
     void Finish();
 
@@ -42,4 +45,5 @@ private:
     uint64_t m_differing = 0;
     std::map<nebtrace::player::Problem, uint64_t> m_problems;
     std::vector<double> m_times;
+    ProgressLine m_progress;
 };

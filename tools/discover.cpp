@@ -8,10 +8,13 @@
 #include <cstdio>
 #include <cstring>
 #include <netinet/in.h>
+#include <nlohmann/json.hpp>
 #include <poll.h>
 #include <set>
 #include <sys/socket.h>
 #include <unistd.h>
+
+using Json = nlohmann::ordered_json;
 
 namespace
 {
@@ -21,6 +24,7 @@ struct Options
 {
     double seconds = 0;  // 0: until Ctrl-C
     unsigned count = 0;  // 0: no limit
+    bool json = false;
 };
 
 std::string Reason(int error)
@@ -91,7 +95,8 @@ void Discover(Options const& options)
         std::string const address = announcements.Receive(static_cast<int>(remote::kSlice.count()));
         if (!address.empty() && known.insert(address).second)
         {
-            std::printf("%s\n", address.c_str());
+            std::string const line = options.json ? Json{{"address", address}}.dump() : address;
+            std::printf("%s\n", line.c_str());
             std::fflush(stdout);
         }
     }
@@ -109,5 +114,6 @@ void AddDiscoverCommand(CLI::App& app)
         ->check(CLI::PositiveNumber);
     command->add_option("--count", options->count, "Stop after as many addresses")
         ->check(CLI::PositiveNumber);
+    command->add_flag("--json", options->json, "Print an object for each address, one a line");
     command->callback([options] { Discover(*options); });
 }

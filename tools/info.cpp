@@ -137,21 +137,6 @@ std::vector<FunctionCalls> Summary::Functions() const
     return functions;
 }
 
-char const* EndName(EndState end)
-{
-    switch (end)
-    {
-    case EndState::Footer:
-        return "footer";
-    case EndState::NoFooter:
-        return "no footer";
-    case EndState::Truncated:
-        return "truncated";
-    default:
-        return "damaged";
-    }
-}
-
 Json ThreadsJson(Summary const& summary)
 {
     Json threads = Json::array();

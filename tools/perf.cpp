@@ -8,8 +8,11 @@
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <poll.h>
 #include <unistd.h>
+
+using Json = nlohmann::ordered_json;
 
 namespace perf
 {
@@ -146,11 +149,25 @@ void Perf::OnDescribed(Session& session)
     m_shown = &session;
 }
 
+// Without the values of items that people do not see either.
+std::string ItemsJson(std::vector<Item> const& items)
+{
+    Json list = Json::array();
+    for (Item const& item : items)
+    {
+        list.push_back({{"name", ShortName(item)}, {"value", ValueText(item)}});
+        list.back()["choices"] = IsList(item) ? Json(ChoicesOf(item)) : Json(nullptr);
+    }
+    return list.dump(2, ' ', true, Json::error_handler_t::replace);
+}
+
 void Perf::List(Session const& session)
 {
     if (m_listed)
         return;
     m_listed = true;
+    if (m_options.json)
+        return Print(ItemsJson(session.Items()) + "\n");
     for (Item const& item : session.Items())
     {
         std::string choices;
@@ -285,8 +302,8 @@ void AddPerfCommand(CLI::App& app)
         "It ends with q or Ctrl-C. A connection's first block of counters is what its frames are\n"
         "counted from, and no frame.");
     command->add_option("--csv", options->csv, "Write a line for each frame into this file");
-    CLI::Option* const json =
-        command->add_flag("--json", options->json, "Print an object for each frame, one a line");
+    command->add_flag("--json", options->json,
+                      "Print an object for each frame, one a line; with --list the items as one list");
     command
         ->add_option("--set", options->settings,
                      "NAME=VALUE: set an item of every application that comes; see --list. Repeatable")
@@ -298,8 +315,7 @@ void AddPerfCommand(CLI::App& app)
         ->allow_extra_args(false);
     command->add_option("--frames", options->frames, "End when this many frames have come")
         ->check(CLI::PositiveNumber);
-    command->add_flag("--list", options->list, "Print the items of the first application, and end")
-        ->excludes(json);
+    command->add_flag("--list", options->list, "Print the items of the first application, and end");
     command
         ->add_option("--timeout", options->timeout, "Give up after this many seconds without an application")
         ->check(CLI::PositiveNumber);

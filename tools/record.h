@@ -1,7 +1,10 @@
 // The parts of `nebtrace record`, in the order in which a run uses them.
 #pragma once
+#include "new_file.h"
+#include "trace/reader.h"
 #include <csignal>
 #include <filesystem>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -39,6 +42,7 @@ struct Options
     bool networkWait = false;
     int verbosity = 0;
     std::string config;  // empty if not given
+    std::string json;    // likewise
     HostLibraries host;  // empty where not given
     std::vector<std::string> command;
 };
@@ -151,13 +155,36 @@ private:
     std::vector<Stamp> m_before;
 };
 
-// One line about a file: bytes, frames, calls; and whether it holds any call.
+// What a file holds.
 struct Summary
 {
-    std::string line;
-    bool empty = true;
+    std::string file;
+    std::string error;  // why it cannot be read; then the rest says nothing
+    uint64_t bytes = 0;
+    uint64_t frames = 0;
+    uint64_t calls = 0;
+    uint64_t zeros = 0;  // unused ones at the end
+    nebtrace::EndState end = nebtrace::EndState::Reading;
+    uint64_t endOffset = 0;
+    std::string endReason;
+
+    // In one line.
+    std::string Line() const;
+    nlohmann::ordered_json ToJson() const;
 };
 Summary Summarize(std::filesystem::path const& file);
+
+// Where `--json FILE` puts what a run has recorded; "-" is standard output, which is the application's, too.
+// A file is made ahead of the run, so that a name that cannot be written is told before it.
+class JsonFile
+{
+public:
+    explicit JsonFile(std::string const& name);
+    void Write(nlohmann::ordered_json const& object);
+
+private:
+    std::optional<NewFile> m_file;
+};
 
 // --- Where there is none (record_nothing.cpp)
 

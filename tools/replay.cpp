@@ -88,5 +88,6 @@ void AddReplayCommand(CLI::App& app)
     replay->add_flag("--check-queries", choice->checkQueries,
                      "Make the recorded queries too, and compare what they answer");
     replay->add_flag("--window", choice->window, "Show windows on the X display");
+    replay->add_flag("--json", choice->json, "Print the result as one JSON object");
     replay->callback([choice] { RunReplay(*choice); });
 }

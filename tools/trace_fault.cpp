@@ -2,6 +2,21 @@
 
 using nebtrace::EndState;
 
+char const* EndName(EndState end)
+{
+    switch (end)
+    {
+    case EndState::Footer:
+        return "footer";
+    case EndState::NoFooter:
+        return "no footer";
+    case EndState::Truncated:
+        return "truncated";
+    default:
+        return "damaged";
+    }
+}
+
 static std::string Advice(EndState end, uint64_t offset)
 {
     if (offset >= nebtrace::kHeaderSize)

@@ -111,6 +111,18 @@ class Frames(PerfTest):
                                                   "Culling mode = App defined (App defined, None, Back, Front)\n"))
         self.end(application)
 
+    # The same for programs.
+    def test_list_for_programs(self):
+        server = self.perf("--list", "--json")
+        application = self.connected()
+        code, out, _ = server.finish()
+        self.assertEqual(code, 0)
+        items = json.loads(out)
+        self.assertEqual(items[1], {"name": "Disable blending", "value": "off", "choices": None})
+        self.assertEqual(items[3], {"name": "Culling mode", "value": "App defined",
+                                    "choices": ["App defined", "None", "Back", "Front"]})
+        self.end(application)
+
     # Without an application it gives up in time, and says what is missing.
     def test_timeout(self):
         code, _, err = self.perf("--timeout", "0.1").finish()

@@ -1,5 +1,6 @@
 """`nebtrace remote` against a server that plays a script: what it sends, and what it makes of what comes."""
 
+import json
 import os
 import pty
 import socket
@@ -128,6 +129,23 @@ class Client(ScratchTest):
         self.assertEqual(self.content("far.nebt"), frames + end)
         self.assertIn("recorded far.nebt: ", done.stdout)
         self.assertIn("2 frames", done.stdout)
+
+    # For programs there are objects alone, and no progress.
+    def test_json(self):
+        done = self.remote(one_frame, "record", "--frames", "1", "-o", "far.nebt", "--json")
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        recorded = json.loads(done.stdout)
+        self.assertEqual(list(recorded), ["file", "bytes", "frames", "calls", "trailing_zeros", "end", "end_offset"])
+        self.assertEqual((recorded["file"], recorded["bytes"], recorded["end"]),
+                         ("far.nebt", len(self.content("far.nebt")), "footer"))
+
+        def script(server):
+            server.send(status(HELD))
+            server.expect_end()
+
+        done = self.remote(script, "status", "--json")
+        state = json.loads(done.stdout)
+        self.assertEqual((list(state), state["state"]), (["address", "state"], "held"))
 
     # Progress is plain lines where there is no terminal: the state, the bytes, the rate.
     def test_progress_on_a_pipe_is_plain_lines(self):

@@ -155,6 +155,18 @@ class RoundTrip(ScratchTest):
         self.assertEqual(listener.process.stdout.read(), "127.0.0.1\n")
         self.assertEqual(listener.process.wait(LONGEST), 0)
 
+    # The same for programs.
+    def test_discover_prints_objects(self):
+        with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as announcer:
+            listener = Background(self, NEBTRACE, "discover", "--count", "1", "--json")
+            while listener.process.poll() is None:
+                announcer.sendto(b"hello", ("127.0.0.1", ANNOUNCEMENT_PORT))
+                try:
+                    listener.process.wait(0.05)
+                except subprocess.TimeoutExpired:
+                    pass
+        self.assertEqual(listener.process.stdout.read(), '{"address":"127.0.0.1"}\n')
+
     # Silence is an answer too.
     def test_discover_says_when_nobody_announces_itself(self):
         done = self.run_command(NEBTRACE, "discover", "--seconds", "0.1")

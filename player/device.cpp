@@ -43,7 +43,8 @@ Device::Device(Driver const& driver, bool window, int version) : m_egl(driver.eg
     if (window)
         m_windows = WindowSystem::Open();
     if (window && !m_windows)
-        throw DriverFailure("there is no X display to show a window on");
+        throw DriverFailure("there is no X display to show a window on: set DISPLAY, leave --window out, or "
+                            "start this under xvfb-run");
     m_display = OpenDisplay();
     EGLint count = 0;
     m_egl.eglBindAPI(EGL_OPENGL_ES_API);
@@ -88,7 +89,7 @@ EGLDisplay Device::OpenDisplay()
     for (EGLDisplay const display : candidates)
         if (display != EGL_NO_DISPLAY && m_egl.eglInitialize(display, nullptr, nullptr))
             return display;
-    Fail("no EGL display can be opened");
+    Fail("no EGL display can be opened; nebtrace doctor tells what this machine lacks");
 }
 
 EGLint Device::ConfigAttribute(EGLConfig config, EGLint attribute) const

@@ -7,11 +7,11 @@ namespace nebtrace::player
 namespace
 {
 // Libraries stay open: drivers do not survive being closed and opened again.
-void* OpenLibrary(char const* soname, std::string& error)
+void* OpenLibrary(char const* soname, char const* package, std::string& error)
 {
     void* const library = dlopen(soname, RTLD_NOW | RTLD_LOCAL);
     if (!library)
-        error = dlerror();
+        error = std::string(dlerror()) + "; install " + package + " (so Debian calls the package)";
     return library;
 }
 
@@ -92,15 +92,15 @@ void FindAll(void* library, EglFunctions const& egl, GlFunctions& es2)
 
 std::unique_ptr<Driver> Driver::Open(std::string& error)
 {
-    void* const egl = OpenLibrary("libEGL.so.1", error);
-    void* const es2 = egl ? OpenLibrary("libGLESv2.so.2", error) : nullptr;
+    void* const egl = OpenLibrary("libEGL.so.1", "libegl1", error);
+    void* const es2 = egl ? OpenLibrary("libGLESv2.so.2", "libgles2", error) : nullptr;
     if (!es2)
         return nullptr;
     auto driver = std::make_unique<Driver>();
     FindAll(egl, driver->egl);
     FindAll(es2, driver->egl, driver->es2);
     std::string noEs1;
-    if (void* const es1 = OpenLibrary("libGLESv1_CM.so.1", noEs1))
+    if (void* const es1 = OpenLibrary("libGLESv1_CM.so.1", "libgles1", noEs1))
         FindAll(es1, driver->egl, driver->es1);
     ShareAll(driver->es1, driver->sharedEs1);
     if (!driver->egl.eglGetProcAddress || !driver->egl.eglMakeCurrent)

@@ -69,7 +69,8 @@ GlPlayer::~GlPlayer() = default;
 void GlPlayer::SwitchTo(Api api)
 {
     if (api == Api::Es1 && !m_driver.HasEs1())
-        throw DriverFailure("libGLESv1_CM.so.1 cannot be opened, or is no OpenGL ES 1 library");
+        throw DriverFailure("libGLESv1_CM.so.1 cannot be opened, or is no OpenGL ES 1 library; install "
+                            "libgles1 (so Debian calls the package)");
     m_api = api;
     m_gl = api == Api::Es1 ? &m_driver.sharedEs1 : &m_driver.es2;
 }

@@ -174,6 +174,8 @@ void Replayer::EndFrame(Record const& record, Call const& call)
         m_result.frameTimes.push_back(std::chrono::duration<double>(now - m_frameBegan).count());
     if (wanted)
         ++m_result.frames;
+    if (m_events.progress)
+        m_events.progress(record.frame);
     m_frameBegan = Clock::now();
 }
 }  // namespace

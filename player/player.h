@@ -35,6 +35,8 @@ struct ReplayEvents
 {
     std::function<void(ReplayedFrame const&)> frame;
     Reporter problem;
+    // Told at each frame's end, whether it is in the range or not; may be empty. Its time is no frame's.
+    std::function<void(uint64_t frame)> progress = {};
 };
 
 struct ReplayResult

@@ -19,6 +19,7 @@ void DefineCommandLine(CLI::App& app, std::vector<std::string> const& applicatio
     AddRemoteCommand(app);
     AddPerfCommand(app);
     AddDiscoverCommand(app);
+    AddDoctorCommand(app);
     app.set_version_flag("--version", kVersion);
     for (CLI::App* command : app.get_subcommands({}))
         command->set_version_flag("--version", kVersion);

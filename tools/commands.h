@@ -9,7 +9,7 @@ namespace CLI
 class App;
 }
 
-// A subcommand reports failure by throwing this: one line on standard error, exit code 1.
+// A subcommand reports failure by throwing this: one line on standard error, and kExitFailure.
 struct CommandFailed : std::runtime_error
 {
     using std::runtime_error::runtime_error;
@@ -31,3 +31,4 @@ void AddRepairCommand(CLI::App& app);
 void AddRemoteCommand(CLI::App& app);
 void AddPerfCommand(CLI::App& app);
 void AddDiscoverCommand(CLI::App& app);
+void AddDoctorCommand(CLI::App& app);

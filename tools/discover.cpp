@@ -1,5 +1,6 @@
 // `nebtrace discover`: prints the addresses of applications that announce themselves on the local network.
 #include "commands.h"
+#include "port_owner.h"
 #include "remote/session.h"
 #include <CLI/CLI.hpp>
 #include <arpa/inet.h>
@@ -7,21 +8,30 @@
 #include <cstdio>
 #include <cstring>
 #include <netinet/in.h>
+#include <nlohmann/json.hpp>
 #include <poll.h>
 #include <set>
 #include <sys/socket.h>
 #include <unistd.h>
 
+using Json = nlohmann::ordered_json;
+
 namespace
 {
-constexpr uint16_t kAnnouncementPort = 6522;
 constexpr char kAnnouncement[] = "hello";
 
 struct Options
 {
     double seconds = 0;  // 0: until Ctrl-C
     unsigned count = 0;  // 0: no limit
+    bool json = false;
 };
+
+std::string Reason(int error)
+{
+    std::string const owner = error == EADDRINUSE ? PortOwner(PortKind::Udp, remote::kAnnouncementPort) : "";
+    return std::strerror(error) + (owner.empty() ? std::string() : "; end process " + owner + " first");
+}
 
 class AnnouncementSocket
 {
@@ -31,12 +41,12 @@ public:
         int const on = 1;
         sockaddr_in address{};
         address.sin_family = AF_INET;
-        address.sin_port = htons(kAnnouncementPort);
+        address.sin_port = htons(remote::kAnnouncementPort);
         address.sin_addr.s_addr = htonl(INADDR_ANY);
         setsockopt(m_socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
         if (m_socket < 0 || bind(m_socket, reinterpret_cast<sockaddr const*>(&address), sizeof address) != 0)
-            throw CommandFailed("cannot listen on UDP port " + std::to_string(kAnnouncementPort) + ": " +
-                                std::strerror(errno));
+            throw CommandFailed("cannot listen on UDP port " + std::to_string(remote::kAnnouncementPort) +
+                                ": " + Reason(errno));
     }
     ~AnnouncementSocket()
     {
@@ -85,12 +95,13 @@ void Discover(Options const& options)
         std::string const address = announcements.Receive(static_cast<int>(remote::kSlice.count()));
         if (!address.empty() && known.insert(address).second)
         {
-            std::printf("%s\n", address.c_str());
+            std::string const line = options.json ? Json{{"address", address}}.dump() : address;
+            std::printf("%s\n", line.c_str());
             std::fflush(stdout);
         }
     }
     if (known.empty())
-        throw CommandFailed("nobody announced itself");
+        throw CommandFailed("nobody announced itself; nebtrace remote takes an address that you know");
 }
 }  // namespace
 
@@ -105,5 +116,6 @@ void AddDiscoverCommand(CLI::App& app)
     command->add_option("--count", options->count, "Stop after as many addresses")
         ->type_name("N")
         ->check(CLI::PositiveNumber);
+    command->add_flag("--json", options->json, "Print an object for each address, one a line");
     command->callback([options] { Discover(*options); });
 }

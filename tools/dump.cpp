@@ -6,6 +6,7 @@
 #include "extract.h"
 #include "trace/print.h"
 #include "trace/reader.h"
+#include "trace_fault.h"
 #include <CLI/CLI.hpp>
 #include <cinttypes>
 #include <cstdio>
@@ -181,8 +182,7 @@ void Dump::Report(bool readToTheEnd)
     if (!m_output.Flush())
         return;
     if (readToTheEnd && !m_reader.EndedInOrder())
-        throw CommandFailed(m_options.file + ": at offset " + std::to_string(m_reader.EndOffset()) + ": " +
-                            m_reader.EndReason());
+        throw CommandFailed(TraceFault(m_options.file, m_reader));
     if (m_undecoded != 0)
         throw CommandFailed(m_options.file + ": at offset " + std::to_string(m_firstUndecoded) +
                             ": a record fits no layout" +

@@ -3,10 +3,13 @@
 #include "dump_options.h"
 #include "picture_file.h"
 #include "trace/reader.h"
+#include "trace_fault.h"
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
+#include <nlohmann/json.hpp>
 
+using Json = nlohmann::ordered_json;
 using namespace nebtrace;
 
 namespace
@@ -16,6 +19,7 @@ struct Choice
     std::string file;
     std::string folder;
     std::string frames;
+    bool json = false;
 };
 
 // Whether the frame was written: a swap can have been recorded without its pixels.
@@ -52,12 +56,19 @@ void RunFrames(Choice const& choice)
         throw CommandFailed(choice.file + ": the swap at offset " + std::to_string(record.offset) + ": " +
                             bad.what());
     }
-    std::cout << written << (written == 1 ? " frame" : " frames") << " written to " << choice.folder << "\n";
+    if (choice.json)
+    {
+        Json const object = {{"file", choice.file}, {"folder", choice.folder}, {"written", written}};
+        std::cout << object.dump(2, ' ', true, Json::error_handler_t::replace) << "\n";
+    }
+    else
+        std::cout << written << (written == 1 ? " frame" : " frames") << " written to " << choice.folder
+                  << "\n";
     if (reader->End() != EndState::Reading && !reader->EndedInOrder())
-        throw CommandFailed(choice.file + ": at offset " + std::to_string(reader->EndOffset()) + ": " +
-                            reader->EndReason());
+        throw CommandFailed(TraceFault(choice.file, *reader));
     if (written == 0)
-        throw CommandFailed(choice.file + ": no frame in the range was recorded with its pixels");
+        throw CommandFailed(choice.file + ": no frame in the range was recorded with its pixels, "
+                                          "as nebtrace record --save-frames does");
 }
 }  // namespace
 
@@ -70,5 +81,6 @@ void AddFramesCommand(CLI::App& app)
     frames->add_option("--frames", choice->frames, "Only these frames of the file: A-B, A- or A")
         ->type_name("FRAMES")
         ->check(CheckRange);
+    frames->add_flag("--json", choice->json, "Print what was written as one JSON object");
     frames->callback([choice] { RunFrames(*choice); });
 }

@@ -1,8 +1,10 @@
 // `nebtrace info`: what a trace holds, in numbers.
 #include "commands.h"
 #include "dump_output.h"
+#include "progress_line.h"
 #include "trace/decode.h"
 #include "trace/reader.h"
+#include "trace_fault.h"
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <map>
@@ -32,7 +34,7 @@ struct FunctionCalls
 class Summary
 {
 public:
-    void Read(Reader& reader);
+    void Read(std::string const& file, Reader& reader);
 
     uint64_t records = 0;
     uint64_t calls = 0;
@@ -61,13 +63,15 @@ private:
     uint64_t m_firstUnfinished = 0;  // offset of the first unfinished call
 };
 
-void Summary::Read(Reader& reader)
+void Summary::Read(std::string const& file, Reader& reader)
 {
     Record record;
+    ProgressLine progress;
     m_snapshot = reader.ProbableSnapshotPosition().value_or(0);
     while (reader.Next(record))
     {
         ++records;
+        progress.ShowReading(file, record.offset, reader.Size().value_or(0));
         if (record.type == RecordType::Call)
             AddCall(record);
         else
@@ -131,21 +135,6 @@ std::vector<FunctionCalls> Summary::Functions() const
     };
     std::stable_sort(functions.begin(), functions.end(), more);
     return functions;
-}
-
-char const* EndName(EndState end)
-{
-    switch (end)
-    {
-    case EndState::Footer:
-        return "footer";
-    case EndState::NoFooter:
-        return "no footer";
-    case EndState::Truncated:
-        return "truncated";
-    default:
-        return "damaged";
-    }
 }
 
 Json ThreadsJson(Summary const& summary)
@@ -263,11 +252,6 @@ std::string ToText(std::string const& file, Reader const& reader, Summary const&
     return text;
 }
 
-std::string Fault(std::string const& file, Reader const& reader)
-{
-    return file + ": at offset " + std::to_string(reader.EndOffset()) + ": " + reader.EndReason();
-}
-
 void RunInfo(std::string const& file, bool json)
 {
     std::string error;
@@ -275,9 +259,9 @@ void RunInfo(std::string const& file, bool json)
     if (!reader)
         throw CommandFailed(error);
     if (reader->End() != EndState::Reading)
-        throw CommandFailed(Fault(file, *reader));
+        throw CommandFailed(TraceFault(file, *reader));
     Summary summary;
-    summary.Read(*reader);
+    summary.Read(file, *reader);
     Output output;
     std::string const text =
         json ? ToJson(file, *reader, summary).dump(2, ' ', true, Json::error_handler_t::replace)
@@ -285,7 +269,7 @@ void RunInfo(std::string const& file, bool json)
     if (!output.Line(text) || !output.Flush())
         return;
     if (!reader->EndedInOrder())
-        throw CommandFailed(Fault(file, *reader));
+        throw CommandFailed(TraceFault(file, *reader));
 }
 }  // namespace
 

@@ -1,6 +1,7 @@
 // The `nebtrace` command: parses the command line and hands over to a subcommand.
 #include "command_line.h"
 #include "commands.h"
+#include "exit_codes.h"
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <csignal>
@@ -8,9 +9,6 @@
 #include <cstring>
 #include <exception>
 #include <iostream>
-
-static constexpr int kUsageError = 2;
-static constexpr int kFailure = 1;
 
 // `nebtrace record ... -- APP ARGS...`: what stands behind the first "--" is the application's own, and the
 // parser must not see it: to it "[a,b]" is a list of two. Returns the number of arguments ahead of that.
@@ -22,6 +20,15 @@ static int CountOwnArguments(int argc, char** argv)
         if (std::strcmp(argv[i], "--") == 0)
             return i;
     return argc;
+}
+
+// The help of the subcommand that was meant, as far as there is one.
+static std::string HelpFor(CLI::App const& app, int argc, char** argv)
+{
+    auto const isMeant = [=](CLI::App const* command) { return argc > 1 && command->get_name() == argv[1]; };
+    auto const commands = app.get_subcommands([](CLI::App const*) { return true; });
+    bool const known = std::any_of(commands.begin(), commands.end(), isMeant);
+    return known ? std::string("nebtrace ") + argv[1] + " --help" : "nebtrace --help";
 }
 
 static int Run(int argc, char** argv)
@@ -37,10 +44,10 @@ static int Run(int argc, char** argv)
     {
         if (error.get_exit_code() == 0)
             return app.exit(error);  // --help and --version
-        std::cerr << "nebtrace: " << error.what() << "\n";
-        return kUsageError;
+        std::cerr << "nebtrace: " << error.what() << "; " << HelpFor(app, argc, argv) << " tells more\n";
+        return kExitUsage;
     }
-    return 0;
+    return kExitSuccess;
 }
 
 int main(int argc, char** argv)
@@ -54,6 +61,6 @@ int main(int argc, char** argv)
     } catch (std::exception const& error)
     {
         std::cerr << "nebtrace: " << error.what() << "\n";
-        return kFailure;
+        return kExitFailure;
     }
 }

@@ -1,6 +1,7 @@
 // `nebtrace perf`: the performance server. Shows what applications under the profiler do in each frame, and
 // switches their overrides.
 #include "commands.h"
+#include "exit_codes.h"
 #include "perf/output.h"
 #include "perf/server.h"
 #include "perf/terminal.h"
@@ -9,8 +10,11 @@
 #include <csignal>
 #include <cstring>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <poll.h>
 #include <unistd.h>
+
+using Json = nlohmann::ordered_json;
 
 namespace perf
 {
@@ -119,7 +123,7 @@ void Perf::Run()
     }
     m_terminal.reset();
     if (int const signal = SignalWatch::EndAsked(); signal != 0 && m_frames < m_options.frames)
-        throw ExitWith{128 + signal};
+        throw ExitWith{kExitSignal + signal};
 }
 
 // Those that take a ticket and never speak are no company.
@@ -134,7 +138,7 @@ void Perf::CheckPatience()
     std::string const came = m_options.frames == 0 ? std::string()
                                                    : ": " + std::to_string(m_frames) + " of " +
                                                          std::to_string(m_options.frames) + " frames came";
-    throw CommandFailed("no application" + came);
+    throw CommandFailed("no application" + came + "; nebtrace record --profile -- APP starts one");
 }
 
 void Perf::OnDescribed(Session& session)
@@ -177,11 +181,25 @@ void Perf::Set(Session& session, Change const& change)
             " is too long to be changed");
 }
 
+// Without the values of items that people do not see either.
+std::string ItemsJson(std::vector<Item> const& items)
+{
+    Json list = Json::array();
+    for (Item const& item : items)
+    {
+        list.push_back({{"name", ShortName(item)}, {"value", ValueText(item)}});
+        list.back()["choices"] = IsList(item) ? Json(ChoicesOf(item)) : Json(nullptr);
+    }
+    return list.dump(2, ' ', true, Json::error_handler_t::replace);
+}
+
 void Perf::List(Session const& session)
 {
     if (m_listed)
         return;
     m_listed = true;
+    if (m_options.json)
+        return Print(ItemsJson(session.Items()) + "\n");
     for (Item const& item : session.Items())
     {
         std::string choices;
@@ -315,7 +333,7 @@ void RunPerf(Options const& options)
         Perf(options).Run();
     } catch (OutputClosed const&)
     {
-        throw ExitWith{128 + (SignalWatch::EndAsked() != 0 ? SignalWatch::EndAsked() : SIGPIPE)};
+        throw ExitWith{kExitSignal + (SignalWatch::EndAsked() != 0 ? SignalWatch::EndAsked() : SIGPIPE)};
     }
 }
 }  // namespace
@@ -332,8 +350,8 @@ void AddPerfCommand(CLI::App& app)
         "counted from, and no frame.");
     command->add_option("--csv", options->csv, "Write a line for each frame into this file")
         ->type_name("FILE");
-    CLI::Option* const json =
-        command->add_flag("--json", options->json, "Print an object for each frame, one a line");
+    command->add_flag("--json", options->json,
+                      "Print an object for each frame, one a line; with --list the items as one list");
     command
         ->add_option("--set", options->settings,
                      "Set an item of every application that comes; see --list. Repeatable")
@@ -347,8 +365,7 @@ void AddPerfCommand(CLI::App& app)
     command->add_option("--frames", options->frames, "End when this many frames have come")
         ->type_name("N")
         ->check(CLI::PositiveNumber);
-    command->add_flag("--list", options->list, "Print the items of the first application, and end")
-        ->excludes(json);
+    command->add_flag("--list", options->list, "Print the items of the first application, and end");
     command
         ->add_option("--timeout", options->timeout, "Give up after this many seconds without an application")
         ->type_name("SECONDS")

@@ -5,7 +5,9 @@
 #include <cstdio>
 #include <iostream>
 #include <memory>
+#include <nlohmann/json.hpp>
 
+using Json = nlohmann::ordered_json;
 namespace fs = std::filesystem;
 
 namespace record
@@ -29,27 +31,32 @@ std::optional<FrameRange> ParseFrames(std::string const& text)
     return FrameRange{static_cast<int>(first), static_cast<int>(last)};
 }
 
-void ReportOutcome(Options const& options, std::string const& config, TraceFiles const& files)
+// What the run left, for people on standard error. Empty, or why it is no call.
+std::string ReportOutcome(Options const& options, std::string const& config, TraceFiles const& files,
+                          int code, Json& traces)
 {
-    bool recorded = false;
+    uint64_t calls = 0;
     for (fs::path const& file : files.Written())
     {
         Summary const summary = Summarize(file);
-        std::cerr << "nebtrace: " << summary.line << "\n";
-        recorded = recorded || !summary.empty;
+        std::cerr << "nebtrace: " << summary.Line() << "\n";
+        traces.push_back(summary.ToJson());
+        calls += summary.calls;
     }
-    if (recorded)
-        return;
-    std::string const profile = ConfigValue(config, "Profile").value_or("0");
-    if (!profile.empty() && profile[0] != '0')
-        std::cerr << "nebtrace: profiling, so nothing was recorded\n";
-    else if (std::string const obstacle = files.Obstacle(); files.Written().empty() && !obstacle.empty())
-        std::cerr << "nebtrace: nothing was recorded: " << obstacle << "\n";
-    else if (files.Written().empty())
-        std::cerr << "nebtrace: nothing was recorded: " << options.command[0]
-                  << " loaded neither EGL nor GLES\n";
-    else
-        std::cerr << "nebtrace: nothing was recorded: no call fell into the frames asked for\n";
+    std::string const nothing = calls != 0 ? std::string() : WhyNothing(options, config, files, code);
+    if (!nothing.empty())
+        std::cerr << "nebtrace: " << nothing << "\n";
+    return nothing;
+}
+
+Json RunJson(Options const& options, int pid, int code)
+{
+    Json object = {{"command", options.command}};
+    object["pid"] = pid != 0 ? Json(pid) : Json(nullptr);
+    object["exit_code"] = code;
+    object["traces"] = Json::array();
+    object["nothing"] = nullptr;
+    return object;
 }
 
 [[noreturn]] void Record(Options const& options)
@@ -59,6 +66,9 @@ void ReportOutcome(Options const& options, std::string const& config, TraceFiles
     std::string const config = ConfigText(options, host);
     if (options.network)
         std::cerr << "nebtrace: recording is up to a client: nebtrace remote ADDRESS record\n";
+    std::optional<JsonFile> json;
+    if (!options.json.empty())
+        json.emplace(options.json);
     TraceFiles const files(ConfigValue(config, "TraceFile").value());
     int code = 0;
     int pid = 0;
@@ -68,8 +78,16 @@ void ReportOutcome(Options const& options, std::string const& config, TraceFiles
         code = signals.RunApplication(options.command, frontEnds, pid);
     }
     bool const onDisk = !options.network || !options.output.empty();
-    if (pid != 0 && onDisk)
-        ReportOutcome(options, config, files);
+    Json object = RunJson(options, pid, code);
+    std::string nothing;
+    if (pid == 0)
+        nothing = "the application cannot be started";
+    else if (onDisk)
+        nothing = ReportOutcome(options, config, files, code, object["traces"]);
+    if (!nothing.empty())
+        object["nothing"] = nothing;
+    if (json)
+        json->Write(object);
     throw ExitWith{code};
 }
 
@@ -113,6 +131,11 @@ void AddRecordCommand(CLI::App& app, std::vector<std::string> const& application
         ->type_name("FILE")
         ->check(CLI::ExistingFile);
     command->add_flag("--force", options->force, "Set an existing nebtrace.cfg aside for the run");
+    command
+        ->add_option("--json", options->json,
+                     "At the end, write what was recorded into this file as one JSON object; - for standard "
+                     "output, behind what the application wrote")
+        ->type_name("FILE");
     command->add_option("--host-egl", options->host.egl, "The machine's EGL library")->type_name("FILE");
     command->add_option("--host-gles1", options->host.es1, "The machine's OpenGL ES 1 library")
         ->type_name("FILE");

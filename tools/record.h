@@ -1,7 +1,10 @@
 // The parts of `nebtrace record`, in the order in which a run uses them.
 #pragma once
+#include "new_file.h"
+#include "trace/reader.h"
 #include <csignal>
 #include <filesystem>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -39,6 +42,7 @@ struct Options
     bool networkWait = false;
     int verbosity = 0;
     std::string config;  // empty if not given
+    std::string json;    // likewise
     HostLibraries host;  // empty where not given
     std::vector<std::string> command;
 };
@@ -47,6 +51,30 @@ struct Options
 
 // The folder of the front ends that belongs to this program, in the build tree or where it is installed.
 std::filesystem::path FrontEndFolder();
+
+// Set while libraries are only asked where they are: should the linker find a front end, its recorder stays
+// asleep.
+constexpr char kAsleep[] = "NEBTRACE_INSTALLER_HOST_QUERY_WD48LZ";
+
+// One of the machine's libraries.
+struct HostLibrary
+{
+    std::vector<char const*> names;  // which the linker is asked for, in this order
+    char const* option;              // that names another
+    char const* package;             // of Debian's, which brings it
+};
+extern HostLibrary const kHostEgl;
+extern HostLibrary const kHostEs1;
+extern HostLibrary const kHostEs2;
+
+struct FoundLibrary
+{
+    std::string path;    // empty if there is none
+    std::string reason;  // why not
+};
+
+// The library that an application would get. Throws CommandFailed where that is a front end.
+FoundLibrary FindHostLibrary(HostLibrary const& library, std::filesystem::path const& frontEnds);
 
 // The machine's own libraries, by full path: those given, the others as the dynamic linker finds them.
 HostLibraries FindHostLibraries(HostLibraries const& given, std::filesystem::path const& frontEnds);
@@ -127,11 +155,39 @@ private:
     std::vector<Stamp> m_before;
 };
 
-// One line about a file: bytes, frames, calls; and whether it holds any call.
+// What a file holds.
 struct Summary
 {
-    std::string line;
-    bool empty = true;
+    std::string file;
+    std::string error;  // why it cannot be read; then the rest says nothing
+    uint64_t bytes = 0;
+    uint64_t frames = 0;
+    uint64_t calls = 0;
+    uint64_t zeros = 0;  // unused ones at the end
+    nebtrace::EndState end = nebtrace::EndState::Reading;
+    uint64_t endOffset = 0;
+    std::string endReason;
+
+    // In one line.
+    std::string Line() const;
+    nlohmann::ordered_json ToJson() const;
 };
 Summary Summarize(std::filesystem::path const& file);
+
+// Where `--json FILE` puts what a run has recorded; "-" is standard output, which is the application's, too.
+// A file is made ahead of the run, so that a name that cannot be written is told before it.
+class JsonFile
+{
+public:
+    explicit JsonFile(std::string const& name);
+    void Write(nlohmann::ordered_json const& object);
+
+private:
+    std::optional<NewFile> m_file;
+};
+
+// --- Where there is none (record_nothing.cpp)
+
+// One line: why the run of this configuration left no call, and ended with this exit code.
+std::string WhyNothing(Options const& options, std::string const& config, TraceFiles const& files, int code);
 }  // namespace record

@@ -71,7 +71,9 @@ public:
         std::string const line = key + " = " + value;
         bool const carried = Stripped(value) == value && value.find('\n') == std::string::npos;
         if (!carried || line.size() > kLongestLine)
-            throw CommandFailed("a configuration cannot carry this path: " + value);
+            throw CommandFailed("a configuration cannot carry this path, which is too long, or has blanks at "
+                                "an end or a line break: " +
+                                value);
         Remove(key);
         m_lines.push_back(line);
     }
@@ -110,7 +112,7 @@ Config BaseConfig(std::string const& file)
     }
     std::ifstream stream(file);
     if (!stream)
-        throw CommandFailed("cannot read " + file);
+        throw CommandFailed("cannot read " + file + ": " + std::strerror(errno));
     return Config(stream);
 }
 
@@ -224,11 +226,12 @@ void PlacedConfig::Write(std::string const& text) const
 {
     int const file = open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     if (file < 0)
-        throw CommandFailed("cannot write " + m_path.string() + ": " + std::strerror(errno));
+        throw CommandFailed("cannot write " + m_path.string() + ": " + std::strerror(errno) +
+                            "; start nebtrace record in a folder that you may write to");
     ssize_t const written = write(file, text.data(), text.size());
     if (close(file) == 0 && written == static_cast<ssize_t>(text.size()))
         return;
     fs::remove(m_path);
-    throw CommandFailed("cannot write " + m_path.string());
+    throw CommandFailed("cannot write " + m_path.string() + ": there is no room for it");
 }
 }  // namespace record

@@ -1,22 +1,22 @@
 // Finds the front ends and the machine's libraries.
+#include "aside.h"
 #include "commands.h"
 #include "record.h"
 #include <cstdlib>
 #include <dlfcn.h>
 #include <link.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 
 namespace record
 {
+HostLibrary const kHostEgl{{"libEGL.so.1", "libEGL.so"}, "--host-egl", "libegl1"};
+HostLibrary const kHostEs1{
+    {"libGLESv1_CM.so.1", "libGLES_CM.so", "libGLESv1_CM.so"}, "--host-gles1", "libgles1"};
+HostLibrary const kHostEs2{{"libGLESv2.so.2", "libGLESv2.so"}, "--host-gles2", "libgles2"};
+
 namespace
 {
-// Set while libraries are only asked where they are: should the linker find a front end, its recorder stays
-// asleep.
-constexpr char kAsleep[] = "NEBTRACE_INSTALLER_HOST_QUERY_WD48LZ";
-
 // What the dynamic linker says when asked for a library: '+' and its full path, or '-' and the reason.
 std::string AskLinker(char const* name)
 {
@@ -32,51 +32,17 @@ std::string AskLinker(char const* name)
 // Asks in a process of its own: loading a driver runs its code, and none of that may stay in this one.
 std::string AskLinkerAside(char const* name)
 {
-    int ends[2];
-    if (pipe(ends) != 0)
-        throw CommandFailed("no pipe can be made");
-    pid_t const child = fork();
-    if (child < 0)
-        throw CommandFailed("no process can be made");
-    if (child == 0)
-    {
+    Aside const aside = RunAside([name] {
         setenv(kAsleep, "1", 1);
-        std::string const answer = AskLinker(name);
-        ssize_t const written = write(ends[1], answer.data(), answer.size());
-        _exit(written < 0 ? 1 : 0);
-    }
-    close(ends[1]);
-    std::string answer;
-    char buffer[4096];
-    for (ssize_t got = 0; (got = read(ends[0], buffer, sizeof buffer)) > 0;)
-        answer.append(buffer, static_cast<std::size_t>(got));
-    close(ends[0]);
-    waitpid(child, nullptr, 0);
-    return answer.empty() ? "-loading it ends the process" : answer;
+        return AskLinker(name);
+    });
+    return aside.fault.empty() && !aside.answer.empty() ? aside.answer : "-" + aside.fault;
 }
 
 bool IsInside(fs::path const& file, fs::path const& folder)
 {
     std::error_code error;
     return fs::equivalent(file.parent_path(), folder, error);
-}
-
-// The library that an application would get: the first of the names that the linker knows, or empty.
-std::string FindLibrary(std::vector<char const*> const& names, fs::path const& frontEnds, std::string& reason)
-{
-    for (char const* name : names)
-    {
-        std::string const answer = AskLinkerAside(name);
-        std::string const rest = answer.substr(1);
-        if (answer[0] == '+' && IsInside(rest, frontEnds))
-            throw CommandFailed("the front ends are on the library path already: take " + frontEnds.string() +
-                                " out of LD_LIBRARY_PATH");
-        if (answer[0] == '+')
-            return rest;
-        if (reason.empty())
-            reason = rest;
-    }
-    return {};
 }
 
 std::string CheckGiven(std::string const& given)
@@ -88,17 +54,16 @@ std::string CheckGiven(std::string const& given)
     return path;
 }
 
-std::string Require(std::string const& given, std::vector<char const*> const& names,
-                    fs::path const& frontEnds, char const* option)
+std::string Require(HostLibrary const& library, std::string const& given, fs::path const& frontEnds)
 {
     if (!given.empty())
         return CheckGiven(given);
-    std::string reason;
-    std::string found = FindLibrary(names, frontEnds, reason);
-    if (found.empty())
-        throw CommandFailed("this machine has no " + std::string(names[0]) + " (" + option +
-                            " can name one): " + reason);
-    return found;
+    FoundLibrary const found = FindHostLibrary(library, frontEnds);
+    if (found.path.empty())
+        throw CommandFailed("this machine has no " + std::string(library.names[0]) + ": install " +
+                            library.package + " (so Debian calls the package), or name the library with " +
+                            library.option + ": " + found.reason);
+    return found.path;
 }
 
 // Many machines have no OpenGL ES 1 library. The recorder's own default would then lead to the front end,
@@ -107,12 +72,28 @@ std::string FindEs1(std::string const& given, fs::path const& frontEnds)
 {
     if (!given.empty())
         return CheckGiven(given);
-    std::string reason;
-    std::string const found =
-        FindLibrary({"libGLESv1_CM.so.1", "libGLES_CM.so", "libGLESv1_CM.so"}, frontEnds, reason);
+    std::string const found = FindHostLibrary(kHostEs1, frontEnds).path;
     return found.empty() ? "/nonexistent/libGLESv1_CM.so.1" : found;
 }
 }  // namespace
+
+FoundLibrary FindHostLibrary(HostLibrary const& library, fs::path const& frontEnds)
+{
+    FoundLibrary found;
+    for (char const* name : library.names)
+    {
+        std::string const answer = AskLinkerAside(name);
+        std::string const rest = answer.substr(1);
+        if (answer[0] == '+' && IsInside(rest, frontEnds))
+            throw CommandFailed("the front ends are on the library path already: take " + frontEnds.string() +
+                                " out of LD_LIBRARY_PATH");
+        if (answer[0] == '+')
+            return {rest, {}};
+        if (found.reason.empty())
+            found.reason = rest;
+    }
+    return found;
+}
 
 fs::path FrontEndFolder()
 {
@@ -123,14 +104,16 @@ fs::path FrontEndFolder()
          {"../frontends", "../lib/nebtrace/frontends", "../" NEBTRACE_LIBDIR "/nebtrace/frontends"})
         if (fs::exists(folder / relative / "libEGL.so.1"))
             return fs::canonical(folder / relative);
-    throw CommandFailed("the front ends that belong to " + folder.string() + "/nebtrace are missing");
+    throw CommandFailed("the front ends that belong to " + folder.string() +
+                        "/nebtrace are missing: install nebtrace again, as a whole; the command finds "
+                        "them by its own place");
 }
 
 HostLibraries FindHostLibraries(HostLibraries const& given, fs::path const& frontEnds)
 {
     HostLibraries found;
-    found.egl = Require(given.egl, {"libEGL.so.1", "libEGL.so"}, frontEnds, "--host-egl");
-    found.es2 = Require(given.es2, {"libGLESv2.so.2", "libGLESv2.so"}, frontEnds, "--host-gles2");
+    found.egl = Require(kHostEgl, given.egl, frontEnds);
+    found.es2 = Require(kHostEs2, given.es2, frontEnds);
     found.es1 = FindEs1(given.es1, frontEnds);
     return found;
 }

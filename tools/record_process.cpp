@@ -1,5 +1,6 @@
 // Runs the application and stands in for it: its signals and its exit code pass through.
 #include "commands.h"
+#include "exit_codes.h"
 #include "record.h"
 #include <cerrno>
 #include <csignal>
@@ -14,10 +15,6 @@ namespace record
 {
 namespace
 {
-constexpr int kNotFound = 127;  // as env(1) and shells have it
-constexpr int kNotRunnable = 126;
-constexpr int kSignalBase = 128;
-
 // All that a process can hold back, but for the faults, which must end it, and for job control: a stop from
 // the terminal stops the application and this process alike.
 sigset_t HeldSet()
@@ -61,7 +58,7 @@ int WaitPassingSignals(pid_t child, sigset_t const& held)
         if (signal > 0 && signal != SIGCHLD && info.si_code != SI_KERNEL)
             kill(child, signal);
     }
-    return WIFSIGNALED(status) ? kSignalBase + WTERMSIG(status) : WEXITSTATUS(status);
+    return WIFSIGNALED(status) ? kExitSignal + WTERMSIG(status) : WEXITSTATUS(status);
 }
 }  // namespace
 
@@ -89,10 +86,10 @@ int HeldSignals::Start(std::vector<std::string> const& command, std::filesystem:
 {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
-        throw CommandFailed("no pipe can be made");
+        throw CommandFailed(std::string("no pipe can be made: ") + std::strerror(errno));
     pid_t const child = fork();
     if (child < 0)
-        throw CommandFailed("no process can be made");
+        throw CommandFailed(std::string("no process can be made: ") + std::strerror(errno));
     if (child == 0)
     {
         Release();
@@ -120,6 +117,6 @@ int HeldSignals::RunApplication(std::vector<std::string> const& command,
         return code;
     }
     std::cerr << "nebtrace: cannot run " << command[0] << ": " << std::strerror(failure) << "\n";
-    return failure == ENOENT ? kNotFound : kNotRunnable;
+    return failure == ENOENT ? kExitNotFound : kExitNotRunnable;
 }
 }  // namespace record

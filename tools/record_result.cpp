@@ -1,12 +1,17 @@
 // Tells what a recording left.
+#include "progress_line.h"
 #include "record.h"
 #include "trace/reader.h"
+#include "trace_fault.h"
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <unistd.h>
 
+using Json = nlohmann::ordered_json;
 namespace fs = std::filesystem;
 
 namespace record
@@ -82,27 +87,68 @@ std::string TraceFiles::Obstacle() const
 
 Summary Summarize(fs::path const& file)
 {
-    std::string error;
-    std::unique_ptr<nebtrace::Reader> const reader = nebtrace::Reader::Open(file.string(), error);
+    Summary summary;
+    summary.file = file.string();
+    std::unique_ptr<nebtrace::Reader> const reader = nebtrace::Reader::Open(file.string(), summary.error);
     if (!reader)
-        return {file.string() + " cannot be read: " + error, false};
-    uint64_t calls = 0;
-    uint64_t frames = 0;
+        return summary;
+    ProgressLine progress;
     for (nebtrace::Record record; reader->Next(record);)
     {
+        progress.ShowReading(summary.file, record.offset, reader->Size().value_or(0));
         bool const call = record.type == nebtrace::RecordType::Call;
-        calls += call ? 1 : 0;
-        frames += call && record.id == nebtrace::kSwapBuffersId ? 1 : 0;
+        summary.calls += call ? 1 : 0;
+        summary.frames += call && record.id == nebtrace::kSwapBuffersId ? 1 : 0;
     }
+    summary.bytes = reader->Size().value_or(0);
+    summary.zeros = reader->TrailingZeros();
+    summary.end = reader->End();
+    summary.endOffset = reader->EndOffset();
+    summary.endReason = reader->EndReason();
+    return summary;
+}
+
+std::string Summary::Line() const
+{
+    if (!error.empty())
+        return file + " cannot be read: " + error;
     std::ostringstream line;
-    line << "recorded " << file.string() << ": " << Count(reader->Size().value_or(0), "byte") << ", "
-         << Count(frames, "frame") << ", " << Count(calls, "call");
+    line << "recorded " << file << ": " << Count(bytes, "byte") << ", " << Count(frames, "frame") << ", "
+         << Count(calls, "call");
     // The file was not closed while it was mapped.
-    if (reader->TrailingZeros() > 0)
-        line << "; of these " << reader->TrailingZeros()
-             << " unused at the end, which nebtrace repair takes away";
-    if (!reader->EndedInOrder())
-        line << "; ends at offset " << reader->EndOffset() << ": " << reader->EndReason();
-    return {line.str(), calls == 0};
+    if (zeros > 0)
+        line << "; of these " << zeros << " unused at the end, which nebtrace repair takes away";
+    if (!endReason.empty())
+        line << "; ends at offset " << endOffset << ": " << endReason
+             << "; nebtrace repair keeps what is whole";
+    return line.str();
+}
+
+Json Summary::ToJson() const
+{
+    if (!error.empty())
+        return {{"file", file}, {"error", error}};
+    return {{"file", file},           {"bytes", bytes},          {"frames", frames},
+            {"calls", calls},         {"trailing_zeros", zeros}, {"end", EndName(end)},
+            {"end_offset", endOffset}};
+}
+
+JsonFile::JsonFile(std::string const& name)
+{
+    if (!name.empty() && name != "-")
+        m_file.emplace(name);
+}
+
+void JsonFile::Write(Json const& object)
+{
+    std::string const text = object.dump(2, ' ', true, Json::error_handler_t::replace) + "\n";
+    if (!m_file)
+    {
+        std::fputs(text.c_str(), stdout);
+        std::fflush(stdout);
+        return;
+    }
+    m_file->Write(text.data(), text.size());
+    m_file->Keep();
 }
 }  // namespace record

@@ -7,8 +7,11 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <poll.h>
 #include <unistd.h>
+
+using Json = nlohmann::ordered_json;
 
 namespace remote
 {
@@ -23,6 +26,7 @@ struct Options
     bool untilEnter = false;
     unsigned times = 1;
     bool wait = false;
+    bool json = false;
     unsigned timeout = 10;  // seconds
 };
 
@@ -39,7 +43,7 @@ class Client
 {
 public:
     explicit Client(Options const& options)
-        : m_address(ParseAddress(options.address).value()),
+        : m_json(options.json), m_address(ParseAddress(options.address).value()),
           m_session(Connect(m_address, options.wait), std::chrono::seconds(options.timeout))
     {
         // Who waits for an application to come up also waits for its first call.
@@ -53,12 +57,19 @@ public:
     Session* operator->() { return &m_session; }
     void Say(std::string const& what) const
     {
-        std::printf("%s: %s\n", m_address.Text().c_str(), what.c_str());
+        // A program that reads along is not told in words.
+        std::fprintf(m_json ? stderr : stdout, "%s: %s\n", m_address.Text().c_str(), what.c_str());
         std::fflush(stdout);
+    }
+    void PrintState() const
+    {
+        Json const object = {{"address", m_address.Text()}, {"state", StateName(m_session.LastState())}};
+        std::printf("%s\n", object.dump().c_str());
     }
 
 private:
     InterruptWatch m_watch;
+    bool m_json;
     Address m_address;
     Session m_session;
 };
@@ -99,7 +110,7 @@ private:
 
 void Recording::Follow()
 {
-    Progress progress(m_stream.Path());
+    Progress progress(m_stream.Path(), m_options.json);
     for (Begin(); !IsOver(); m_client->Listen(kSlice))
         progress.Show(m_client->LastState(), m_stream);
     End();
@@ -161,11 +172,15 @@ void Recording::Report()
 {
     m_client->Divert(nullptr);
     m_stream.Close();
-    std::printf("%s\n", record::Summarize(m_stream.Path()).line.c_str());
+    record::Summary const summary = record::Summarize(m_stream.Path());
+    std::string const line = m_options.json
+                                 ? summary.ToJson().dump(-1, ' ', true, Json::error_handler_t::replace)
+                                 : summary.Line();
+    std::printf("%s\n", line.c_str());
     if (m_client->Repeated() != 0)
         m_client.Say(std::to_string(m_client->Repeated()) + " packets were cut off and sent again");
     if (!m_stream.Gap().empty())
-        throw CommandFailed(m_stream.Path() + ": " + m_stream.Gap());
+        throw CommandFailed(m_stream.Path() + ": " + m_stream.Gap() + "; record again");
 }
 
 void Recording::Run()
@@ -184,7 +199,9 @@ void Recording::Run()
     }
     Report();
     if (lost)
-        throw CommandFailed(m_stream.Path() + " has no end: it holds what came until then");
+        throw CommandFailed(m_stream.Path() +
+                            " has no end: it holds what came until then, and nebtrace repair "
+                            "gives it one");
 }
 
 void Record(Options const& options)
@@ -208,7 +225,10 @@ void Record(Options const& options)
 void ShowStatus(Options const& options)
 {
     Client client(options);
-    client.Say(StateName(client->LastState()));
+    if (options.json)
+        client.PrintState();
+    else
+        client.Say(StateName(client->LastState()));
 }
 
 // The hold ends with the connection, so that no client that dies leaves an application behind that hangs.
@@ -267,6 +287,8 @@ void AddRecord(CLI::App& remote, std::shared_ptr<Options> const& options)
                      "Record as often, one after the other, into FILE, FILE-2, ...")
         ->type_name("N")
         ->check(CLI::Range(1, 1000));
+    command->add_flag("--json", options->json,
+                      "Print an object for each recording when it is over, one a line");
     command->footer("Without a limit it records until Ctrl-C, or until the application ends.");
     command->callback([options] { Record(*options); });
 }
@@ -290,9 +312,9 @@ void AddRemoteCommand(CLI::App& app)
     command->require_subcommand(1);
     command->fallthrough();
     remote::AddRecord(*command, options);
-    command->add_subcommand("status", "Tell whether it runs, records, or is held")->callback([options] {
-        remote::ShowStatus(*options);
-    });
+    CLI::App* const status = command->add_subcommand("status", "Tell whether it runs, records, or is held");
+    status->add_flag("--json", options->json, "Print it as a JSON object");
+    status->callback([options] { remote::ShowStatus(*options); });
     CLI::App* const pause = command->add_subcommand("pause", "Hold it until Enter is pressed");
     pause->add_option("--seconds", options->seconds, "Hold it for this time instead")
         ->type_name("SECONDS")

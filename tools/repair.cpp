@@ -1,9 +1,11 @@
 // `nebtrace repair`: a trace that was cut short, with every whole record kept and a footer behind them.
 #include "commands.h"
 #include "new_file.h"
+#include "progress_line.h"
 #include "state_behind_frames.h"
 #include "trace/layout.h"
 #include "trace/reader.h"
+#include "trace_fault.h"
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
@@ -11,7 +13,9 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <nlohmann/json.hpp>
 
+using Json = nlohmann::ordered_json;
 namespace fs = std::filesystem;
 using namespace nebtrace;
 
@@ -58,12 +62,13 @@ Findings Examine(std::string const& path)
     if (!reader->Size())
         throw CommandFailed(path + ": only a regular file can be repaired");
     if (reader->End() != EndState::Reading)
-        throw CommandFailed(path + ": at offset " + std::to_string(reader->EndOffset()) + ": " +
-                            reader->EndReason());
+        throw CommandFailed(TraceFault(path, *reader));
     Findings findings;
     Record record;
+    ProgressLine progress;
     while (reader->Next(record))
     {
+        progress.ShowReading(path, record.offset, *reader->Size());
         ++findings.records;
         findings.frames += record.id == kSwapBuffersId ? 1 : 0;
         findings.state.Look(record);
@@ -113,20 +118,25 @@ std::string BrokenRecord(std::vector<uint8_t> const& rest)
     return spec ? std::string(spec->name) + ", " + Count(size, "byte") + " long" : "a record";
 }
 
+// What the bytes are that no whole record is made of.
+std::string RestText(Findings const& findings, uint64_t position)
+{
+    if (findings.zeros != 0)
+        return "zeros";
+    if (IsFooterBegun(findings.rest, position) || IsFooterBegun(findings.rest, 0))
+        return findings.end == EndState::Damaged ? "a footer with other bytes behind it"
+                                                 : "the beginning of the footer";
+    if (findings.end == EndState::Damaged)
+        return findings.endReason;
+    return "the beginning of " + BrokenRecord(findings.rest);
+}
+
 std::string DroppedText(Findings const& findings, uint64_t position)
 {
     if (findings.Dropped() == 0)
         return "nothing dropped: only the footer was missing";
-    std::string const text = "dropped " + Count(findings.Dropped(), "byte") + " at offset " +
-                             std::to_string(findings.whole) + ": ";
-    if (findings.zeros != 0)
-        return text + "zeros";
-    if (IsFooterBegun(findings.rest, position) || IsFooterBegun(findings.rest, 0))
-        return text + (findings.end == EndState::Damaged ? "a footer with other bytes behind it"
-                                                         : "the beginning of the footer");
-    if (findings.end == EndState::Damaged)
-        return text + findings.endReason;
-    return text + "the beginning of " + BrokenRecord(findings.rest);
+    return "dropped " + Count(findings.Dropped(), "byte") + " at offset " + std::to_string(findings.whole) +
+           ": " + RestText(findings, position);
 }
 
 std::string StateText(Findings const& findings, uint64_t position)
@@ -152,24 +162,46 @@ void CopyBytes(std::string const& from, uint64_t size, NewFile& to)
     }
 }
 
-void RunRepair(std::string const& file, std::string const& out)
+std::string ToText(std::string const& file, std::string const& out, Findings const& findings)
+{
+    uint64_t const position = StatePosition(findings);
+    std::string const kept = out + ": " + Count(findings.records, "record") + " and " +
+                             Count(findings.frames, "frame") + " kept, ";
+    if (findings.IsWhole())
+        return kept + "nothing dropped: " + file + " is whole and was copied";
+    return kept + DroppedText(findings, position) + StateText(findings, position);
+}
+
+Json ToJson(std::string const& file, std::string const& out, Findings const& findings)
+{
+    uint64_t const position = StatePosition(findings);
+    bool const drops = !findings.IsWhole() && findings.Dropped() != 0;
+    Json object = {{"file", file},
+                   {"output", out},
+                   {"whole", findings.IsWhole()},
+                   {"records", findings.records},
+                   {"frames", findings.frames},
+                   {"dropped_bytes", drops ? findings.Dropped() : 0}};
+    object["dropped_offset"] = drops ? Json(findings.whole) : Json(nullptr);
+    object["dropped"] = drops ? Json(RestText(findings, position)) : Json(nullptr);
+    object["state_dropped"] = !findings.IsWhole() && position == 0 && findings.state.Begin() != 0;
+    return object;
+}
+
+void RunRepair(std::string const& file, std::string const& out, bool json)
 {
     std::error_code ignored;
     if (fs::equivalent(file, out, ignored))
         throw CommandFailed(out + " is the trace itself: the repaired one needs a file of its own");
     Findings const findings = Examine(file);
-    uint64_t const position = StatePosition(findings);
     NewFile repaired(out);
     CopyBytes(file, findings.IsWhole() ? findings.size : findings.whole, repaired);
     if (!findings.IsWhole())
-        repaired.Write(FooterFor(position).data(), kFooterSize);
+        repaired.Write(FooterFor(StatePosition(findings)).data(), kFooterSize);
     repaired.Keep();
-    std::string const kept = out + ": " + Count(findings.records, "record") + " and " +
-                             Count(findings.frames, "frame") + " kept, ";
-    if (findings.IsWhole())
-        std::cout << kept << "nothing dropped: " << file << " is whole and was copied\n";
-    else
-        std::cout << kept << DroppedText(findings, position) << StateText(findings, position) << "\n";
+    std::cout << (json ? ToJson(file, out, findings).dump(2, ' ', true, Json::error_handler_t::replace)
+                       : ToText(file, out, findings))
+              << "\n";
 }
 }  // namespace
 
@@ -179,6 +211,7 @@ void AddRepairCommand(CLI::App& app)
     {
         std::string file;
         std::string out;
+        bool json = false;
     };
     auto const options = std::make_shared<Options>();
     CLI::App* const repair = app.add_subcommand(
@@ -187,5 +220,6 @@ void AddRepairCommand(CLI::App& app)
     repair->add_option("-o", options->out, "The repaired trace; a trace that is whole is copied")
         ->type_name("FILE")
         ->required();
-    repair->callback([options] { RunRepair(options->file, options->out); });
+    repair->add_flag("--json", options->json, "Print what was kept and dropped as one JSON object");
+    repair->callback([options] { RunRepair(options->file, options->out, options->json); });
 }

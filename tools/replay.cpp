@@ -2,7 +2,9 @@
 #include "commands.h"
 #include "dump_options.h"
 #include "replay_report.h"
+#include "trace_fault.h"
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 
 using namespace nebtrace;
@@ -42,20 +44,24 @@ void RunReplay(ReplayChoice const& choice)
     std::string error;
     if (!TakeSurvey(choice.file, survey, error))
         throw CommandFailed(error);
-    std::string const damage =
-        choice.file + ": at offset " + std::to_string(survey.endOffset) + ": " + survey.endReason;
+    std::string const damage = TraceFault(choice.file, survey.end, survey.endOffset, survey.endReason);
     bool const headless = survey.endOffset < kHeaderSize;
     if (headless)
         throw CommandFailed(damage);
     ReportEnd(choice.file, survey);
     ReplayReport report(choice);
+    player::ReplayOptions const options = OptionsOf(choice);
     player::ReplayEvents events;
     events.frame = [&report](player::ReplayedFrame const& frame) { report.Frame(frame); };
     events.problem = [&report](player::Problem kind, player::Call const& call, std::string const& text) {
         report.Problem(kind, call, text);
     };
-    for (unsigned loop = 0; loop < choice.loops; ++loop)
-        report.Result(Replay(choice.file, survey, OptionsOf(choice), events));
+    unsigned loop = 0;
+    uint64_t const frames =
+        std::min(survey.frames, options.lastFrame == UINT64_MAX ? UINT64_MAX : options.lastFrame + 1);
+    events.progress = [&](uint64_t frame) { report.Progress(frame, frames, loop); };
+    for (; loop < choice.loops; ++loop)
+        report.Result(Replay(choice.file, survey, options, events));
     report.Finish();
     if (survey.end == EndState::Damaged)
         throw CommandFailed(damage);
@@ -87,5 +93,6 @@ void AddReplayCommand(CLI::App& app)
     replay->add_flag("--check-queries", choice->checkQueries,
                      "Make the recorded queries too, and compare what they answer");
     replay->add_flag("--window", choice->window, "Show windows on the X display");
+    replay->add_flag("--json", choice->json, "Print the result as one JSON object");
     replay->callback([choice] { RunReplay(*choice); });
 }

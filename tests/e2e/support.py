@@ -180,6 +180,13 @@ class ScratchTest(unittest.TestCase):
         with open(self.path(name), encoding="utf-8") as file:
             return file.read()
 
+    def hide_libraries(self, *names):
+        """Lets the dynamic linker find nothing usable under these names."""
+        os.mkdir(self.path("broken"))
+        for name in names:
+            self.write(os.path.join("broken", name), "no library")
+        self.environment["LD_LIBRARY_PATH"] = self.path("broken")
+
     def start_display(self, *arguments):
         """An X server on a free display, for as long as the test runs. It does not begin anew when its last client has
         gone: one that comes in that moment would wait for ever."""

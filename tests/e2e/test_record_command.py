@@ -1,7 +1,9 @@
 """`nebtrace record` as a command among others: exit codes, signals, errors, and what it leaves behind."""
 
 import os
+import shutil
 import signal
+import struct
 import subprocess
 import sys
 import unittest
@@ -22,6 +24,19 @@ print("ready", os.getpid(), flush=True)
 print("got", signal.Signals(signal.sigwait(awaited)).name, flush=True)
 sys.exit(9)
 """
+
+
+# Programs without a dynamic linker that end at once with 0: the header, one segment, and the calls of x86.
+def static_program(bits):
+    if bits == 64:
+        code = b"\x31\xff\xb8\x3c\x00\x00\x00\x0f\x05"
+        return (b"\x7fELF\x02\x01\x01" + bytes(9) + struct.pack("<HHIQQQIHHHHHH", 2, 62, 1, 0x400078, 64, 0, 0, 64, 56, 1,
+                                                                  0, 0, 0)
+                + struct.pack("<IIQQQQQQ", 1, 5, 0, 0x400000, 0x400000, 120 + len(code), 120 + len(code), 4096) + code)
+    code = b"\x31\xdb\xb8\x01\x00\x00\x00\xcd\x80"
+    return (b"\x7fELF\x01\x01\x01" + bytes(9) + struct.pack("<HHIIIIIHHHHHH", 2, 3, 1, 0x400054, 52, 0, 0, 52, 32, 1, 0,
+                                                              0, 0)
+            + struct.pack("<IIIIIIII", 1, 0, 0x400000, 0x400000, 84 + len(code), 84 + len(code), 5, 4096) + code)
 
 
 class RecordCommand(ScratchTest):
@@ -127,19 +142,12 @@ class RecordCommand(ScratchTest):
             self.assert_one_line(done.stderr, "/no/such/library.so")
             self.assertEqual(os.listdir(self.folder), [])
 
-    def hide_libraries(self, *names):
-        """Lets the dynamic linker find nothing usable under these names."""
-        os.mkdir(self.path("broken"))
-        for name in names:
-            self.write(os.path.join("broken", name), "no library")
-        self.environment["LD_LIBRARY_PATH"] = self.path("broken")
-
     # Without EGL there is nothing to record, and the message names what to install.
     def test_a_machine_without_egl_is_told_so(self):
         self.hide_libraries("libEGL.so.1", "libEGL.so")
         done = self.record("--", "touch", "started")
         self.assertEqual(done.returncode, 1)
-        self.assert_one_line(done.stderr, "libEGL.so.1", "--host-egl")
+        self.assert_one_line(done.stderr, "libEGL.so.1", "libegl1", "--host-egl")
         self.assertEqual(os.listdir(self.folder), ["broken"])
 
     # Many machines have no OpenGL ES 1. The recorder's default would then lead back to the front end.
@@ -176,13 +184,52 @@ class RecordCommand(ScratchTest):
     def test_a_run_without_a_recording_says_so(self):
         done = self.record("--", "true")
         self.assertEqual(done.returncode, 0)
-        self.assert_one_line(done.stderr, "nothing was recorded")
+        self.assert_one_line(done.stderr, "nothing was recorded: true loaded neither EGL nor GLES, or loaded them by")
+
+    # Where the reason can be seen in the program itself, it is told.
+    def test_a_program_that_takes_no_front_ends_is_told(self):
+        for bits, reason in ((64, "it is linked statically"), (32, "it is a 32-bit program")):
+            with self.subTest(bits=bits):
+                with open(self.path("alone"), "wb") as file:
+                    file.write(static_program(bits))
+                os.chmod(self.path("alone"), 0o755)
+                done = self.record("--", "./alone")
+                if done.returncode == 126:
+                    self.skipTest("this machine runs no such program")
+                self.assertEqual(done.returncode, 0)
+                self.assert_one_line(done.stderr, "nothing was recorded: ./alone did not load the front ends: " + reason)
+
+    # The dynamic linker takes no library path from a user for a program with another's rights.
+    @unittest.skipUnless(os.geteuid() == 0, "only root gives a file away")
+    def test_a_program_with_rights_of_its_own_is_told(self):
+        shutil.copy(shutil.which("true"), self.path("given"))
+        os.chown(self.path("given"), 1, 1)
+        os.chmod(self.path("given"), 0o4755)
+        os.chmod(self.folder, 0o755)
+        done = self.record("--", "./given")
+        self.assert_one_line(done.stderr, "set-user-ID", "record a copy of it")
+
+    # A crash ahead of the first call is the reason, and not a library that was not found.
+    def test_an_application_that_crashed_early_is_told(self):
+        done = self.record("--", "sh", "-c", "kill -SEGV $$")
+        self.assert_one_line(done.stderr, "sh loaded neither EGL nor GLES before signal 11 ended it")
 
     # The same for a range that the application did not reach.
     def test_a_range_that_was_not_reached_says_so(self):
         done = self.record("--frames", "50-60", "--", CUBE, "--frames", "2", "--size", "40x30")
         self.assertEqual(done.returncode, 0)
-        self.assertIn("nothing was recorded", done.stderr)
+        self.assertIn("nothing was recorded: the application ended before frame 50: no call fell into", done.stderr)
+
+    # A range of the configuration's that holds nothing is named, too.
+    def test_a_range_that_holds_nothing_says_so(self):
+        self.write("mine.cfg", "StartFrame = 5\nEndFrame = 2\n")
+        done = self.record("--config", "mine.cfg", "--", CUBE, "--frames", "2", "--size", "40x30")
+        self.assertIn("nothing was recorded: the configuration's EndFrame is ahead of its StartFrame\n", done.stderr)
+
+    # An application that loads the libraries and does nothing with them leaves a header.
+    def test_a_run_without_calls_says_so(self):
+        done = self.record("--", sys.executable, "-c", "import ctypes; ctypes.CDLL('libEGL.so.1')")
+        self.assertIn("nothing was recorded: the application ended before it made a call\n", done.stderr)
 
     # A file that cannot be made is not the application's fault. It runs as ever.
     def test_an_output_that_cannot_be_written_says_so(self):
@@ -226,7 +273,7 @@ class RecordCommand(ScratchTest):
             with self.subTest(arguments=arguments):
                 done = self.record(*arguments)
                 self.assertEqual(done.returncode, 2)
-                self.assert_one_line(done.stderr)
+                self.assert_one_line(done.stderr, "; nebtrace record --help tells more\n")
 
     # Both work everywhere, also ahead of what a subcommand requires.
     def test_help_and_version_work_for_every_command(self):
@@ -245,7 +292,22 @@ class RecordCommand(ScratchTest):
         for name in ("x" * 600, "two\nlines"):
             done = self.record("-o", name, "--", "true")
             self.assertEqual(done.returncode, 1)
+            self.assertIn("cannot carry this path, which is too long, or has blanks at an end or a line break", done.stderr)
             self.assertEqual(os.listdir(self.folder), [])
+
+    # The configuration is placed in the working directory, which must take it.
+    def test_a_working_directory_that_cannot_be_written_says_so(self):
+        done = subprocess.run([NEBTRACE, "record", "--", "true"], cwd="/proc/self", env=self.environment, text=True,
+                              stderr=subprocess.PIPE, timeout=LONGEST, check=False)
+        self.assertEqual(done.returncode, 1)
+        self.assert_one_line(done.stderr, "start nebtrace record in a folder that you may write to")
+
+    # Half an installation says what it is.
+    def test_missing_front_ends_say_so(self):
+        alone = shutil.copy(NEBTRACE, self.folder)
+        done = self.run_command(alone, "record", "--", "true")
+        self.assertEqual(done.returncode, 1)
+        self.assert_one_line(done.stderr, "the front ends that belong to", "install nebtrace again, as a whole")
 
 
 if __name__ == "__main__":

@@ -113,7 +113,8 @@ class Frames(PerfTest):
                 self.assertEqual(shared_objects(), [])
         for setting in ("Disable blending", "=1", "Disable blending="):
             code, _, err = self.perf("--set", setting).finish()
-            self.assertEqual((code, err), (2, f"nebtrace: --set: a setting is NAME=VALUE: {setting}\n"))
+            self.assertEqual((code, err), (2, f"nebtrace: --set: a setting is NAME=VALUE: {setting}; nebtrace perf --help "
+                                           "tells more\n"))
 
     # Only the first application tells that a setting is a mistake. One that comes later and lacks an item has the others.
     def test_a_setting_that_a_later_application_lacks(self):
@@ -152,10 +153,22 @@ class Frames(PerfTest):
                                                   "Culling mode = App defined (App defined, None, Back, Front)\n"))
         self.end(application)
 
+    # The same for programs.
+    def test_list_for_programs(self):
+        server = self.perf("--list", "--json")
+        application = self.connected()
+        code, out, _ = server.finish()
+        self.assertEqual(code, 0)
+        items = json.loads(out)
+        self.assertEqual(items[1], {"name": "Disable blending", "value": "off", "choices": None})
+        self.assertEqual(items[3], {"name": "Culling mode", "value": "App defined",
+                                    "choices": ["App defined", "None", "Back", "Front"]})
+        self.end(application)
+
     # Without an application it gives up in time, and says what is missing.
     def test_timeout(self):
         code, _, err = self.perf("--timeout", "0.1").finish()
-        self.assertEqual((code, err), (1, "nebtrace: no application\n"))
+        self.assertEqual((code, err), (1, "nebtrace: no application; nebtrace record --profile -- APP starts one\n"))
         application = self.application()
         application.tell("connect")
         server = self.perf("--json", "--timeout", "2", "--frames", "5")
@@ -164,7 +177,7 @@ class Frames(PerfTest):
         self.end(application)
         code, out, err = server.finish()
         self.assertEqual((code, len(out.splitlines())), (1, 1))
-        self.assertIn("nebtrace: no application: 1 of 5 frames came\n", err)
+        self.assertIn("nebtrace: no application: 1 of 5 frames came; nebtrace record --profile ", err)
 
     # A reader that has seen enough closes the pipe: the server ends, and leaves nothing.
     def test_a_closed_pipe_ends_it(self):

@@ -40,7 +40,8 @@ class ServerTest(PerfTest):
         server = self.perf("--json")
         application = self.connected()
         code, out, err = self.perf("--json").finish()
-        self.assertEqual((code, out, err), (1, "", "nebtrace: a performance server is running already\n"))
+        self.assertEqual((code, out, err), (1, "", "nebtrace: a performance server is running already: end process "
+                                          f"{server.pid} first\n"))
         self.frames(application, (1, 1, 1), (2, 2, 2))
         server.wait_for('"frame":1')
         another = self.connected()

@@ -48,7 +48,9 @@ TEST_F(Replay, ATraceWithoutPixelsCannotBeVerified)
 {
     Outcome const done = Verify(Trace().Flush().SwapBuffers(0).Footer(0).All());
     EXPECT_EQ(done.code, 1);
-    EXPECT_EQ(done.err, "nebtrace: FILE: no frame was recorded with its pixels, so none was verified\n");
+    EXPECT_EQ(done.err,
+              "nebtrace: FILE: no frame was recorded with its pixels, so none was verified; nebtrace "
+              "record --save-frames keeps them\n");
 }
 
 // An optimized recording has the first frame's state at its end: it is set before the first frame.
@@ -227,7 +229,8 @@ TEST_F(Replay, DamageEndsTheReplayWithAFailure)
     Outcome const done = Verify(trace.Record(999, {}).Clear().Closed());
     EXPECT_EQ(done.out, "1 frames, 4 calls replayed\n1 frames compared, 0 differ\n");
     EXPECT_EQ(done.err,
-              "nebtrace: FILE: at offset " + std::to_string(damage) + ": no record has the ID 999\n");
+              "nebtrace: FILE: at offset " + std::to_string(damage) +
+                  ": no record has the ID 999; nebtrace repair keeps what is whole ahead of that\n");
     EXPECT_EQ(done.code, 1);
 }
 

@@ -122,6 +122,25 @@ class Replay(ScratchTest):
         self.assertRegex(done.stdout, r"frame time: min \d+\.\d+ ms, median \d+\.\d+ ms, p99 \d+\.\d+ ms\n")
         self.assertRegex(done.stdout, r"\n[1-9]\d* calls per second\n")
 
+    # A machine that cannot replay is told what it lacks.
+    def test_what_a_machine_lacks_is_named(self):
+        recording = self.record_frames("cube")
+        self.environment["__EGL_VENDOR_LIBRARY_DIRS"] = self.folder  # no driver behind the libraries
+        done = self.replay(recording)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("no EGL display can be opened; nebtrace doctor tells what this machine lacks", done.stderr)
+        self.hide_libraries("libEGL.so.1")
+        done = self.replay(recording)
+        self.assertEqual(done.returncode, 1)
+        self.assertRegex(done.stderr, r"^nebtrace: .*libEGL\.so\.1.*; install libegl1 \(so Debian calls the package\)\n$")
+
+    # Frames that were recorded without pixels are no pictures.
+    def test_frames_without_pixels_are_told(self):
+        self.record_well("--frames", "0", "--", example("cube"), "--frames", "1", "--size", "40x30")
+        done = self.run_command(NEBTRACE, "frames", "trace.nebt", "pictures")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("was recorded with its pixels, as nebtrace record --save-frames does\n", done.stderr)
+
 
 if __name__ == "__main__":
     unittest.main()

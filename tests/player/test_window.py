@@ -11,7 +11,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "e2e"))
 from support import CUBE, LONGEST, NEBTRACE, ScratchTest, find_program  # noqa: E402
 
 WIDTH, HEIGHT = 120, 90
-NO_DISPLAY = "nebtrace: there is no X display to show a window on\n"
+NO_DISPLAY = "nebtrace: there is no X display to show a window on: set DISPLAY, leave --window out, or start this under xvfb-run\n"
 
 
 class Screen:

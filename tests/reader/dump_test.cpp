@@ -162,7 +162,10 @@ TEST_F(DumpTest, ACutTraceIsPrintedUpToTheCut)
     Outcome const outcome = Run("dump FILE");
     EXPECT_EQ(1, outcome.code);
     EXPECT_EQ("      0  0  es2  glFlush()\n", outcome.out);
-    EXPECT_EQ("nebtrace: FILE: at offset 72: a record of 4 bytes begins, 2 are left\n", outcome.err);
+    EXPECT_EQ("nebtrace: FILE: at offset 72: a record of 4 bytes begins, 2 are left; nebtrace repair keeps "
+              "what is whole "
+              "ahead of that\n",
+              outcome.err);
 }
 
 // A damaged trace likewise.
@@ -172,7 +175,9 @@ TEST_F(DumpTest, ADamagedTraceIsPrintedUpToTheDamage)
     Outcome const outcome = Run("dump --json FILE");
     EXPECT_EQ(1, outcome.code);
     EXPECT_EQ(1u, Lines(outcome.out).size());
-    EXPECT_EQ("nebtrace: FILE: at offset 72: no record has the ID 0\n", outcome.err);
+    EXPECT_EQ("nebtrace: FILE: at offset 72: no record has the ID 0; nebtrace repair keeps what is whole "
+              "ahead of that\n",
+              outcome.err);
 }
 
 // A record that no layout fits is shown raw, the rest is read, and it is said at the end.

@@ -96,7 +96,10 @@ TEST_F(InfoTest, ACutTraceIsCountedUpToTheCut)
     Write(Trace().Flush().Flush().Cut(80));
     Outcome const outcome = Run("info --json FILE");
     EXPECT_EQ(1, outcome.code);
-    EXPECT_EQ("nebtrace: FILE: at offset 72: a record of 4 bytes begins, 2 are left\n", outcome.err);
+    EXPECT_EQ("nebtrace: FILE: at offset 72: a record of 4 bytes begins, 2 are left; nebtrace repair keeps "
+              "what is whole "
+              "ahead of that\n",
+              outcome.err);
     json const info = json::parse(outcome.out);
     EXPECT_EQ(1, info["calls"]);
     EXPECT_EQ("truncated", info["end"]);
@@ -119,7 +122,10 @@ TEST_F(InfoTest, WhatIsNoTraceHasNoOutput)
     Outcome const outcome = Run("info FILE");
     EXPECT_EQ(1, outcome.code);
     EXPECT_EQ("", outcome.out);
-    EXPECT_EQ("nebtrace: FILE: at offset 0: the header has 62 bytes, the file 8\n", outcome.err);
+    EXPECT_EQ(
+        "nebtrace: FILE: at offset 0: the header has 62 bytes, the file 8; nothing was recorded before it "
+        "ended: record again\n",
+        outcome.err);
     EXPECT_EQ(2, Run("info").code);
 }
 

@@ -216,7 +216,9 @@ TEST_F(RepairTest, WhatNoReaderCanFollowIsDropped)
 TEST_F(RepairTest, WhatIsNoTraceIsRefused)
 {
     Write(Trace().Cut(61));
-    ExpectRefused("FILE -o FILE.fixed", "FILE: at offset 0: the header has 62 bytes, the file 61");
+    ExpectRefused("FILE -o FILE.fixed",
+                  "FILE: at offset 0: the header has 62 bytes, the file 61; nothing was recorded before it "
+                  "ended: record again");
     Write(std::string(100, 'x'));
     ExpectRefused("FILE -o FILE.fixed",
                   "FILE: at offset 0: this is no trace: it does not begin with \"NEBTrace\"");

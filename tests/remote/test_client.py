@@ -1,5 +1,6 @@
 """`nebtrace remote` against a server that plays a script: what it sends, and what it makes of what comes."""
 
+import json
 import os
 import pty
 import socket
@@ -128,6 +129,23 @@ class Client(ScratchTest):
         self.assertEqual(self.content("far.nebt"), frames + end)
         self.assertIn("recorded far.nebt: ", done.stdout)
         self.assertIn("2 frames", done.stdout)
+
+    # For programs there are objects alone, and no progress.
+    def test_json(self):
+        done = self.remote(one_frame, "record", "--frames", "1", "-o", "far.nebt", "--json")
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        recorded = json.loads(done.stdout)
+        self.assertEqual(list(recorded), ["file", "bytes", "frames", "calls", "trailing_zeros", "end", "end_offset"])
+        self.assertEqual((recorded["file"], recorded["bytes"], recorded["end"]),
+                         ("far.nebt", len(self.content("far.nebt")), "footer"))
+
+        def script(server):
+            server.send(status(HELD))
+            server.expect_end()
+
+        done = self.remote(script, "status", "--json")
+        state = json.loads(done.stdout)
+        self.assertEqual((list(state), state["state"]), (["address", "state"], "held"))
 
     # Progress is plain lines where there is no terminal: the state, the bytes, the rate.
     def test_progress_on_a_pipe_is_plain_lines(self):
@@ -277,7 +295,7 @@ class Client(ScratchTest):
 
         done = self.remote(script, "record", "--frames", "1", "-o", "far.nebt")
         self.assertEqual(done.returncode, 1)
-        self.assertEqual(done.stderr, "nebtrace: far.nebt: the beginning of the trace is missing\n")
+        self.assertEqual(done.stderr, "nebtrace: far.nebt: the beginning of the trace is missing; record again\n")
 
     # Each recording of one connection has a file of its own, without what threads wrote behind the end of the last.
     def test_a_second_recording_goes_to_a_second_file(self):
@@ -311,7 +329,8 @@ class Client(ScratchTest):
         self.assertEqual(done.returncode, 1)
         self.assertIn("connection lost: the application closed the connection\n", done.stdout)
         self.assertIn("1 frame, 3 calls", done.stdout)
-        self.assertEqual(done.stderr, "nebtrace: far.nebt has no end: it holds what came until then\n")
+        self.assertEqual(done.stderr, "nebtrace: far.nebt has no end: it holds what came until then, and nebtrace "
+                         "repair gives it one\n")
         self.assertEqual(self.content("far.nebt"), HEADER + FLUSH + SWAP + FLUSH)
 
     # An application that ends in order closes the recording itself: nothing is missing.
@@ -338,7 +357,7 @@ class Client(ScratchTest):
 
         done = self.remote(script, "record", "-o", "far.nebt")
         self.assertEqual(done.returncode, 1)
-        self.assertRegex(done.stderr, r"^nebtrace: far\.nebt: bytes are missing ahead of offset \d+\n$")
+        self.assertRegex(done.stderr, r"^nebtrace: far\.nebt: bytes are missing ahead of offset \d+; record again\n$")
         self.assertTrue(self.content("far.nebt").startswith(HEADER + FLUSH))
 
     # A packet that the sender broke off comes again whole: the file is as if it had not.
@@ -448,7 +467,8 @@ class Client(ScratchTest):
 
         done = self.remote(script, "resume")
         self.assertEqual(done.returncode, 1)
-        self.assertEqual(done.stderr, "nebtrace: the application was told to go on, and does not\n")
+        self.assertEqual(done.stderr, "nebtrace: the application was told to go on, and does not; nebtrace remote "
+                         "ADDRESS resume tries again\n")
 
     # Where nobody listens, that is the answer, unless it is asked to wait.
     def test_nobody_there_is_an_error(self):
@@ -456,14 +476,16 @@ class Client(ScratchTest):
             port = free.getsockname()[1]
         done = self.run_command(NEBTRACE, "remote", f"127.0.0.1:{port}", "status")
         self.assertEqual(done.returncode, 1)
-        self.assertEqual(done.stderr, f"nebtrace: cannot connect to 127.0.0.1:{port}: Connection refused\n")
+        self.assertEqual(done.stderr, f"nebtrace: cannot connect to 127.0.0.1:{port}: Connection refused; --wait "
+                         "tries again until an "
+                         "application of nebtrace record --network is there\n")
 
     # Addresses are checked before anything is tried.
     def test_a_malformed_address_is_a_usage_error(self):
         for address in ("localhost:", ":54321", "localhost:99999", "localhost:x"):
             done = self.run_command(NEBTRACE, "remote", address, "status")
             self.assertEqual(done.returncode, 2, address)
-            self.assertIn(f"an address is HOST or HOST:PORT: {address}\n", done.stderr)
+            self.assertIn(f"an address is HOST or HOST:PORT: {address}; nebtrace remote --help tells more\n", done.stderr)
 
 
 if __name__ == "__main__":

@@ -155,11 +155,33 @@ class RoundTrip(ScratchTest):
         self.assertEqual(listener.process.stdout.read(), "127.0.0.1\n")
         self.assertEqual(listener.process.wait(LONGEST), 0)
 
+    # The same for programs.
+    def test_discover_prints_objects(self):
+        with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as announcer:
+            listener = Background(self, NEBTRACE, "discover", "--count", "1", "--json")
+            while listener.process.poll() is None:
+                announcer.sendto(b"hello", ("127.0.0.1", ANNOUNCEMENT_PORT))
+                try:
+                    listener.process.wait(0.05)
+                except subprocess.TimeoutExpired:
+                    pass
+        self.assertEqual(listener.process.stdout.read(), '{"address":"127.0.0.1"}\n')
+
     # Silence is an answer too.
     def test_discover_says_when_nobody_announces_itself(self):
         done = self.run_command(NEBTRACE, "discover", "--seconds", "0.1")
         self.assertEqual(done.returncode, 1)
-        self.assertEqual(done.stderr, "nebtrace: nobody announced itself\n")
+        self.assertEqual(done.stderr,
+                         "nebtrace: nobody announced itself; nebtrace remote takes an address that you know\n")
+
+    # Who has the port is named.
+    def test_discover_names_who_has_its_port(self):
+        with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as taken:
+            taken.bind(("0.0.0.0", ANNOUNCEMENT_PORT))
+            done = self.run_command(NEBTRACE, "discover", "--seconds", "0.1")
+        self.assertEqual(done.returncode, 1)
+        self.assertRegex(done.stderr, r"^nebtrace: cannot listen on UDP port 6522: Address already in use; "
+                         rf"end process {os.getpid()} \(python.* first\n$")
 
 
 if __name__ == "__main__":

@@ -170,7 +170,7 @@ TEST(TraceStream, AFileThatCannotBeWrittenIsAnError)
         FAIL();
     } catch (CommandFailed const& failed)
     {
-        EXPECT_STREQ("cannot write /nonexistent/trace.nebt", failed.what());
+        EXPECT_STREQ("cannot write /nonexistent/trace.nebt: No such file or directory", failed.what());
     }
 }
 }  // namespace

@@ -3,13 +3,16 @@
 #include "tools/perf/ring_guard.h"
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
 #include <iterator>
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <thread>
 #include <unistd.h>
 
@@ -57,6 +60,28 @@ void AllowManyFiles()
 }
 }  // namespace
 
+// Asks the system's list of locks, not the lock: trying that would hold off a server that begins just now.
+uint32_t RunningServer()
+{
+    struct stat object;
+    if (stat((std::string("/dev/shm") + kLockName).c_str(), &object) != 0)
+        return 0;
+    std::ifstream locks("/proc/locks");
+    for (std::string line; std::getline(locks, line);)
+    {
+        unsigned process = 0;
+        unsigned deviceMajor = 0;
+        unsigned deviceMinor = 0;
+        unsigned long number = 0;
+        // "<n>: FLOCK ADVISORY WRITE <process> <device>:<number> 0 EOF"
+        if (std::sscanf(line.c_str(), "%*s FLOCK %*s WRITE %u %x:%x:%lu", &process, &deviceMajor,
+                        &deviceMinor, &number) == 4 &&
+            makedev(deviceMajor, deviceMinor) == object.st_dev && number == object.st_ino)
+            return process;
+    }
+    return 0;
+}
+
 ServerLock::ServerLock()
 {
     while (!Take())
@@ -70,11 +95,15 @@ bool ServerLock::Take()
 {
     m_file = shm_open(kLockName, O_RDWR | O_CREAT, S_IRUSR | S_IWUSR);
     if (m_file == -1)
-        throw CommandFailed(std::string("shared memory: ") + std::strerror(errno));
+        throw CommandFailed(std::string("shared memory: ") + std::strerror(errno) +
+                            "; nebtrace doctor tells more");
     if (flock(m_file, LOCK_EX | LOCK_NB) != 0)
     {
         close(m_file);
-        throw CommandFailed("a performance server is running already");
+        uint32_t const other = RunningServer();
+        throw CommandFailed(
+            "a performance server is running already" +
+            (other != 0 ? ": end process " + std::to_string(other) + " first" : std::string()));
     }
     int const named = shm_open(kLockName, O_RDWR, 0);
     bool const held = named != -1 && IsSameFile(m_file, named);
@@ -141,7 +170,7 @@ void Server::TakeOver(std::set<uint32_t> tickets)
 void Server::Listen()
 {
     if (!m_herd.initialise(kPerfServerName) || !m_rendezvous.Open())
-        throw CommandFailed("no room for the rendezvous in shared memory");
+        throw CommandFailed("no room for the rendezvous in shared memory; make some in /dev/shm");
     m_lastTurn = Clock::now();
     m_held = {};
 }

@@ -23,6 +23,9 @@ private:
     int m_file = -1;
 };
 
+// The process that is one now, by its number; 0 if there is none.
+uint32_t RunningServer();
+
 class Server
 {
 public:

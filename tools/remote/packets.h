@@ -14,7 +14,8 @@
 
 namespace remote
 {
-constexpr unsigned kPort = 54321;
+constexpr uint16_t kPort = 54321;
+constexpr uint16_t kAnnouncementPort = 6522;  // UDP
 
 enum class Command : uint8_t
 {

@@ -21,21 +21,24 @@ std::string SizeText(double bytes)
     return text;
 }
 
-Progress::Progress(std::string file)
-    : m_file(std::move(file)), m_terminal(isatty(STDOUT_FILENO) != 0), m_last(Clock::now())
+Progress::Progress(std::string file, bool silent)
+    : m_file(std::move(file)), m_silent(silent), m_out(silent ? stderr : stdout),
+      m_terminal(isatty(fileno(m_out)) != 0), m_last(Clock::now())
 {
 }
 
 Progress::~Progress()
 {
     if (m_open)
-        std::printf("\n");
+        std::fprintf(m_out, "\n");
 }
 
 void Progress::Show(State state, TraceStream const& stream)
 {
     Clock::time_point const now = Clock::now();
     auto const since = now - m_last;
+    if (m_silent && !m_terminal)
+        return;
     if (state == m_state && since < (m_terminal ? kTerminalPeriod : kLinePeriod))
         return;
     double const seconds = std::chrono::duration<double>(since).count();
@@ -52,10 +55,10 @@ void Progress::Print(State state, TraceStream const& stream, double rate)
                              " frames, " + SizeText(static_cast<double>(stream.Bytes())) + ", " +
                              SizeText(rate) + "/s";
     if (m_terminal)
-        std::printf("\r%s\033[K", line.c_str());
+        std::fprintf(m_out, "\r%s\033[K", line.c_str());
     else
-        std::printf("%s\n", line.c_str());
+        std::fprintf(m_out, "%s\n", line.c_str());
     m_open = m_terminal;
-    std::fflush(stdout);
+    std::fflush(m_out);
 }
 }  // namespace remote

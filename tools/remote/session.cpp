@@ -40,7 +40,9 @@ std::unique_ptr<Connection> Connect(Address const& address, bool wait)
         if (std::unique_ptr<Connection> connection = Connection::Open(address, error))
             return connection;
         if (!wait || Interrupted())
-            throw CommandFailed("cannot connect to " + address.Text() + ": " + error);
+            throw CommandFailed("cannot connect to " + address.Text() + ": " + error +
+                                "; --wait tries again until an application of nebtrace record --network is "
+                                "there");
         std::this_thread::sleep_for(kRetry);
     }
 }
@@ -112,7 +114,8 @@ void Session::Release()
         if (!HearsStates(1) || !HearsStates(2) || !IsHeld(m_state))
             return;
     }
-    throw CommandFailed("the application was told to go on, and does not");
+    throw CommandFailed(
+        "the application was told to go on, and does not; nebtrace remote ADDRESS resume tries again");
 }
 
 // Whether as many words on the state come behind the last acknowledgement. A held application has one every

@@ -4,6 +4,7 @@
 #include "trace/format.h"
 #include "trace/layout.h"
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
@@ -34,7 +35,13 @@ TraceStream::TraceStream(std::string path) : m_path(std::move(path))
         return;
     m_file.open(m_path, std::ios::binary | std::ios::trunc);
     if (!m_file)
-        throw CommandFailed("cannot write " + m_path);
+        Fail();
+}
+
+void TraceStream::Fail() const
+{
+    throw CommandFailed("cannot write " + m_path +
+                        (errno != 0 ? std::string(": ") + std::strerror(errno) : ""));
 }
 
 void TraceStream::Add(std::vector<uint8_t> const& bytes)
@@ -44,7 +51,7 @@ void TraceStream::Add(std::vector<uint8_t> const& bytes)
     m_bytes += bytes.size();
     if (m_file.is_open() && !m_file.write(reinterpret_cast<char const*>(bytes.data()),
                                           static_cast<std::streamsize>(bytes.size())))
-        throw CommandFailed("cannot write " + m_path);
+        Fail();
     if (!m_gap.empty())
         return;
     size_t const skipped = static_cast<size_t>(std::min<uint64_t>(m_skip, bytes.size()));
@@ -78,7 +85,7 @@ void TraceStream::Close()
     if (m_tooLong)
         std::filesystem::resize_file(m_path, m_bytes, error);
     if (m_file.fail() || error)
-        throw CommandFailed("cannot write " + m_path);
+        Fail();
 }
 
 // Takes what stands first, if it is there as far as it must be; false when more bytes are needed.

@@ -38,6 +38,7 @@ private:
     void TakeHeader();
     void TakeRecord();
     void NoteState(uint16_t id);
+    [[noreturn]] void Fail() const;
     void SetGap(std::string const& what);
 
     std::string m_path;

@@ -14,4 +14,4 @@ struct Aside
 // What the work returned. The process is killed when it takes longer. Throws CommandFailed where none can be
 // made.
 Aside RunAside(std::function<std::string()> const& work,
-               std::chrono::milliseconds longest = std::chrono::seconds(10));
+               std::chrono::milliseconds longest = std::chrono::seconds(30));

@@ -92,14 +92,15 @@ std::string NoLibrary(Options const& options, int code)
     return loaded + ", or loaded them by a full path, or through a run path of its own";
 }
 
-long NumberOf(std::string const& config, char const* key)
+// As the recorder takes it: -1 is the greatest number of all.
+uint32_t NumberOf(std::string const& config, char const* key)
 {
-    return std::strtol(ConfigValue(config, key).value_or("0").c_str(), nullptr, 10);
+    return static_cast<uint32_t>(std::atoi(ConfigValue(config, key).value_or("0").c_str()));
 }
 
 std::string NoCall(Options const& options, std::string const& config, int code)
 {
-    long const first = NumberOf(config, "StartFrame");
+    uint32_t const first = NumberOf(config, "StartFrame");
     std::string const ended = code > 128 ? "signal " + std::to_string(code - 128) + " ended the application"
                                          : std::string("the application ended");
     if (options.network)

@@ -264,6 +264,9 @@ bool CTraceRecordManager::WriteFileFooter(unsigned long long position)
 {
     if (m_FileInit)
         m_FileInit->WriteFileFooter({position});
+    // The file is whole: however the process ends, later on, nothing stands behind the footer.
+    CCriticalSection const section;
+    LeaveFileWindow();
     return true;
 }
 

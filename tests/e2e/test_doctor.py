@@ -153,6 +153,10 @@ class Doctor(ScratchTest):
              ("warning", "line 5: NetworkSendData does nothing ahead of a line that says Network = 1"),
              ("warning", "EndFrame is ahead of StartFrame, so that no frame is recorded")])
 
+    # The recorder takes numbers without a sign.
+    def test_a_last_frame_of_minus_one_is_the_last_of_all(self):
+        self.assertEqual(self.remarks("StartFrame = 5\nEndFrame = -1\n"), [])
+
     # A driver that is not there would show in the application only.
     def test_a_host_library_that_is_not_there(self):
         self.assertEqual(self.remarks("Es2LibraryPath = /no/such.so\n", code=1),

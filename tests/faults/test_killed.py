@@ -78,6 +78,9 @@ class Killed(FaultTest):
         frames = len(fixed.of("eglSwapBuffers"))
         self.assertGreaterEqual(frames, min(max(told - FIRST, 0), LAST - FIRST + 1))
         self.assertLessEqual(frames, min(max(told + 1 - FIRST, 0), LAST - FIRST + 1))
+        # Past the range the file is whole as it is.
+        if told > LAST + 1:
+            self.assertEqual(fixed.bytes, content)
         # With a state behind the frames, an application that came past the range has written it.
         if optimized and told > LAST + 1:
             self.assertGreater(fixed.snapshot(), HEADER_SIZE)

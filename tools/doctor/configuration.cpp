@@ -28,9 +28,10 @@ Finding Remarked(std::string const& file, std::string const& remark, std::string
 
 void CheckFrames(std::string const& file, ConfigLines const& lines, Findings& findings)
 {
+    // As the recorder takes them: -1 is the greatest number of all.
     auto const number = [&lines](char const* key) {
         auto const found = lines.values.find(key);
-        return found == lines.values.end() ? 0 : std::strtol(found->second.c_str(), nullptr, 10);
+        return found == lines.values.end() ? 0 : static_cast<uint32_t>(std::atoi(found->second.c_str()));
     };
     auto const network = lines.values.find("Network");
     bool const byClient = network != lines.values.end() && network->second[0] != '0';

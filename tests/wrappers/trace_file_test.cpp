@@ -162,7 +162,7 @@ TEST_F(TraceFile, AMappedFileIsCutAtAFork)
     EXPECT_TRUE(trace.Open());
     STraceConfig::m_fileWindow = 0;
     EXPECT_TRUE(WriteHeader());
-    EXPECT_EQ(1u << 20, std::filesystem::file_size(trace.Path()));
+    EXPECT_LT(62u, std::filesystem::file_size(trace.Path()));
     std::string const header = Contents(trace.Path()).substr(0, 62);
     CTraceRecordManager::LeaveFileWindow();
     EXPECT_EQ(header, Contents(trace.Path()));

@@ -197,7 +197,12 @@ STraceBlockImpl* GetThreadTraceBlock()
         if (!block)
             return nullptr;
         block->threadId = get_id();
-        pthread_setspecific(s_threadBlockKey, block);
+        // The key goes while the process ends, and other threads may be on their way here.
+        if (pthread_setspecific(s_threadBlockKey, block) != 0)
+        {
+            delete block;
+            return nullptr;
+        }
     }
     return block;
 }
